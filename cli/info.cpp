@@ -1,0 +1,67 @@
+#include "cli/support.h"
+
+#include "core/database/validators.h"
+
+#include <ostream>
+
+namespace rk4::cli {
+
+namespace {
+
+std::string trimmed(const std::string& text)
+{
+    const auto end = text.find_last_not_of(' ');
+    return end == std::string::npos ? std::string() : text.substr(0, end + 1);
+}
+
+} // namespace
+
+int runInfo(const Arguments& args, Context& context)
+{
+    const Parsed parsed = parseArguments(args);
+    if (parsed.positional.size() != 1)
+        return usageError(context, "info", "expected one FILE.dat");
+    const auto db = loadImage(parsed.positional[0], context);
+    if (!db)
+        return 1;
+
+    auto& out = context.out;
+    out << "Mode:        " << (db->gen.basicMode ? "Basic" : "Advanced") << "\n";
+    const std::string site = trimmed(nameText(db->gen.name));
+    out << "Site name:   " << (site.empty() ? "(none)" : site) << "\n";
+
+    out << "Directories:";
+    bool any = false;
+    for (int d = 0; d < kDirectoryCount; ++d)
+        if (IsDirectoryUsed(*db, d)) {
+            out << " " << static_cast<char>('A' + d);
+            any = true;
+        }
+    out << (any ? "\n" : " none in use\n");
+
+    out << "Groups:     ";
+    any = false;
+    for (int g = 0; g < kUsedGroupCount; ++g)
+        if (db->group[g].enabled) {
+            out << " " << g + 1;
+            any = true;
+        }
+    out << (any ? " enabled\n" : " none enabled\n");
+
+    out << "Points:\n";
+    any = false;
+    for (int p = 0; p < kPointCount; ++p) {
+        const PointRecord& point = db->alm[p];
+        if (point.type == kPointUnused)
+            continue;
+        any = true;
+        const std::string name = trimmed(nameText(point.name));
+        out << "  " << (p + 1 < 10 ? " " : "") << p + 1 << "  " << (point.isOutput ? "output " : "input  ")
+            << point.port + 1 << "  " << (point.inactive ? "inactive" : "active  ") << "  " << name << "\n";
+    }
+    if (!any)
+        out << "  none in use\n";
+    return 0;
+}
+
+} // namespace rk4::cli

@@ -1,0 +1,50 @@
+#include "cli/verbs.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace rk4::cli {
+
+namespace {
+
+constexpr Verb kVerbs[] = {
+    {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
+    {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
+};
+
+void printOverview(std::ostream& out)
+{
+    out << "Usage: rk4 COMMAND [ARGS...]\n\nCommands:\n";
+    for (const Verb& verb : kVerbs) {
+        std::string left = std::string(verb.name) + " " + verb.usage;
+        out << "  " << left << std::string(left.size() < 34 ? 34 - left.size() : 1, ' ') << verb.summary << "\n";
+    }
+    out << "\nEvery command takes --help.\n";
+}
+
+} // namespace
+
+std::span<const Verb> verbs() { return kVerbs; }
+
+int runCommandLine(const Arguments& args, Context& context)
+{
+    if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
+        printOverview(args.empty() ? context.err : context.out);
+        return args.empty() ? 2 : 0;
+    }
+    const auto found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
+                                    [&](const Verb& verb) { return args[0] == verb.name; });
+    if (found == std::end(kVerbs)) {
+        context.err << "rk4: unknown command '" << args[0] << "'\n";
+        printOverview(context.err);
+        return 2;
+    }
+    const Arguments rest(args.begin() + 1, args.end());
+    if (std::find(rest.begin(), rest.end(), "--help") != rest.end()) {
+        context.out << "Usage: rk4 " << found->name << " " << found->usage << "\n" << found->summary << "\n";
+        return 0;
+    }
+    return found->run(rest, context);
+}
+
+} // namespace rk4::cli

@@ -1,0 +1,36 @@
+#pragma once
+// The command-line verbs. Each lives in its own file; all are listed once, in
+// the table in verbs.cpp.
+
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace rk4::cli {
+
+struct Context {
+    std::ostream& out;
+    std::ostream& err;
+    bool interactiveTerminal = false; // progress bars only on a terminal
+};
+
+using Arguments = std::vector<std::string>;
+
+struct Verb {
+    const char* name;
+    const char* usage;   // arguments after the verb
+    const char* summary; // one line for the overview
+    int (*run)(const Arguments& args, Context& context);
+};
+
+std::span<const Verb> verbs();
+
+// Runs `rk4 ARGS...`; returns the process exit code.
+int runCommandLine(const Arguments& args, Context& context);
+
+// Verb implementations.
+int runInfo(const Arguments& args, Context& context);
+int runNew(const Arguments& args, Context& context);
+
+} // namespace rk4::cli

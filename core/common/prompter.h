@@ -1,0 +1,45 @@
+#pragma once
+// Every message box, question and file choice of the program goes through a
+// Prompter, so each refusal and question can be checked without a window.
+
+#include <optional>
+#include <string>
+
+namespace rk4 {
+
+enum class Icon { None, Information, Warning, Error, Question };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class Answer { Ok, Cancel, Yes, No };
+
+struct Message {
+    std::string title;
+    std::string text;
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+};
+
+enum class FileMode { Open, Save };
+
+struct FileRequest {
+    FileMode mode = FileMode::Open;
+    std::string title;
+    std::string filter;           // e.g. "Data files (*.dat)"
+    std::string defaultExtension; // without the dot
+    std::string startPath;
+};
+
+class Prompter {
+public:
+    virtual ~Prompter() = default;
+    virtual Answer ask(const Message& message) = 0;
+    // An empty result means the user cancelled.
+    virtual std::optional<std::string> chooseFile(const FileRequest& request) = 0;
+
+    void tell(std::string title, std::string text, Icon icon)
+    {
+        ask(Message{std::move(title), std::move(text), icon, Buttons::Ok});
+    }
+    void fileError(std::string text) { tell("File Error", std::move(text), Icon::Error); }
+};
+
+} // namespace rk4

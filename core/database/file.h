@@ -1,0 +1,48 @@
+#pragma once
+// The image's file form (*.dat, 4704 bytes, no header) and the tool's settings
+// file rk4.cfg, with the messages a technician sees when they go wrong.
+
+#include "core/common/prompter.h"
+#include "core/database/database.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+#include <span>
+
+namespace rk4 {
+
+inline constexpr char kDefaultDataFile[] = "Rk4.dat";
+inline constexpr char kConfigFile[] = "rk4.cfg";
+
+inline constexpr char kCannotOpenFile[] = " CANNOT OPEN FILE ";
+inline constexpr char kMustHaveDatExtension[] = " FILE NAME MUST HAVE .DAT EXTENSION ";
+inline constexpr char kNotCorrectSize[] = " FILE IS NOT THE CORRECT SIZE ";
+inline constexpr char kCannotOpenCfg[] = " CANNOT OPEN .CFG FILE ";
+
+// True when a '.' within the first 100 characters is followed by "dat" in any case.
+bool CheckFileExt(const std::string& name);
+
+enum class FileStatus { Ok, CannotOpen, WrongExtension, WrongSize };
+
+// The message for a failed status, or empty for Ok.
+std::string fileStatusText(FileStatus status);
+
+// Reads an image without touching `db` unless the whole file is good. The name
+// rule is checked first, as the Open command does.
+FileStatus readImageFile(const std::filesystem::path& path, Database& db);
+
+// Writes through a temporary file renamed over the target, so an interrupted
+// save never leaves half a configuration. A name without ".dat" truncates the
+// named file and is refused, as the unit's tool has always done.
+FileStatus writeImageFile(const std::filesystem::path& path, const Database& db);
+
+std::optional<Config> readConfigFile(const std::filesystem::path& path);
+bool writeConfigFile(const std::filesystem::path& path, const Config& config);
+
+// Whole-file helpers for the other formats.
+std::optional<std::vector<std::uint8_t>> readWholeFile(const std::filesystem::path& path);
+bool writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);
+
+} // namespace rk4

@@ -1,0 +1,267 @@
+#include "core/shell/workspace.h"
+
+#include "core/basic/simple_check.h"
+#include "core/database/defaults.h"
+#include "core/database/validators.h"
+
+#include <fstream>
+
+namespace rk4 {
+
+namespace {
+
+Message query(std::string text, Buttons buttons = Buttons::YesNo)
+{
+    return Message{"Query", std::move(text), Icon::Question, buttons};
+}
+
+const FileRequest kDataFileRequest{FileMode::Open, "Open", "Data files (*.dat);;All files (*)", "dat", {}};
+
+} // namespace
+
+Workspace::Workspace(std::filesystem::path workingDirectory) : directory(std::move(workingDirectory)) {}
+
+std::filesystem::path Workspace::resolve(const std::string& path) const
+{
+    const std::filesystem::path p(path);
+    return p.is_absolute() ? p : directory / p;
+}
+
+void Workspace::InitFile(Prompter& prompter)
+{
+    if (auto config = readConfigFile(configPath())) {
+        cfg = *config;
+    } else {
+        startupReport |= kReportConfigCreated;
+        if (!writeConfigFile(configPath(), cfg))
+            prompter.fileError(kCannotOpenFile);
+    }
+
+    const std::filesystem::path dataPath = directory / kDefaultDataFile;
+    if (auto bytes = readWholeFile(dataPath)) {
+        // Start-up reads whatever is there: a short file is not detected here.
+        ImageBytes raw{};
+        std::copy_n(bytes->begin(), std::min(bytes->size(), raw.size()), raw.begin());
+        image.fromBytes(raw);
+        DefaultValues(image);
+        workingFile = kDefaultDataFile;
+        DatabaseChanged = false;
+        if (basicMode()) {
+            switchShellMode();
+            problems = 0; // the full Basic-mode check comes with its own editor work
+            DatabaseChanged = false;
+        }
+    } else {
+        startupReport |= kReportDataCreated;
+        image = Database{};
+        DefaultValues(image);
+        if (writeImageFile(dataPath, image) != FileStatus::Ok)
+            prompter.fileError(kCannotOpenFile);
+        DatabaseChanged = false;
+    }
+}
+
+void Workspace::showStartupReport(Prompter& prompter)
+{
+    if (startupReport & kReportConfigCreated)
+        prompter.fileError(" CANNOT OPEN RK4.CFG FILE - DEFAULT CREATED.");
+    if (startupReport & kReportDataCreated) {
+        prompter.fileError(" CANNOT OPEN RK4.DAT FILE - DEFAULT CREATED.");
+        image.gen.ringsToAnswer = 2;
+    }
+    startupReport = 0;
+}
+
+bool Workspace::DataGone(Prompter& prompter)
+{
+    if (!DatabaseChanged)
+        return false;
+    return prompter.ask(query("Do you want to save changed data?")) == Answer::Yes;
+}
+
+bool Workspace::CmFileOpen(Prompter& prompter)
+{
+    if (DataGone(prompter))
+        CmFileSaveAs(prompter);
+    FileRequest request = kDataFileRequest;
+    request.startPath = resolve(workingFile).string();
+    auto chosen = prompter.chooseFile(request);
+    if (!chosen)
+        return false;
+    return openFile(*chosen, prompter);
+}
+
+bool Workspace::openFile(const std::string& path, Prompter& prompter)
+{
+    const bool wasBasic = basicMode();
+    Database loaded = image;
+    const FileStatus status = readImageFile(resolve(path), loaded);
+    if (status != FileStatus::Ok) {
+        prompter.fileError(fileStatusText(status));
+        return false;
+    }
+    image = loaded;
+    if (!basicMode())
+        DefaultValues(image);
+    DatabaseChanged = false;
+    workingFile = path;
+    if (basicMode() != wasBasic) {
+        switchShellMode();
+        DatabaseChanged = false;
+    }
+    return true;
+}
+
+bool Workspace::saveTo(const std::string& path, Prompter& prompter)
+{
+    const std::filesystem::path target = resolve(path);
+    if (CheckFileExt(target.filename().string()) && !basicMode())
+        DefaultValues(image);
+    const FileStatus status = writeImageFile(target, image);
+    if (status != FileStatus::Ok) {
+        prompter.fileError(fileStatusText(status));
+        return false;
+    }
+    DatabaseChanged = false;
+    return true;
+}
+
+bool Workspace::CmFileSave(Prompter& prompter) { return saveTo(workingFile, prompter); }
+
+bool Workspace::CmFileSaveAs(Prompter& prompter)
+{
+    FileRequest request = kDataFileRequest;
+    request.mode = FileMode::Save;
+    request.title = "Save As";
+    request.startPath = resolve(workingFile).string();
+    auto chosen = prompter.chooseFile(request);
+    if (!chosen)
+        return false;
+    workingFile = *chosen;
+    return CmFileSave(prompter);
+}
+
+bool Workspace::CmClearData(Prompter& prompter)
+{
+    if (prompter.ask(query("All data will be erased - Continue?")) != Answer::Yes)
+        return false;
+    ClearDatabase(image, false);
+    if (basicMode() && prompter.ask(query("Do you want to use the Basic Wizard for configuration?")) == Answer::Yes) {
+        if (runBasicWizard)
+            runBasicWizard();
+    }
+    return true;
+}
+
+bool Workspace::CanClose(Prompter& prompter)
+{
+    if (!DatabaseChanged)
+        return true;
+    switch (prompter.ask(query("Do you want to save changed data before closing application?", Buttons::YesNoCancel))) {
+    case Answer::Yes:
+        // A save that fails keeps the program open rather than lose the changes.
+        return CmFileSave(prompter);
+    case Answer::No:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Workspace::switchShellMode()
+{
+    if (ChangeMode)
+        ChangeMode();
+}
+
+bool Workspace::CmMode(Prompter& prompter)
+{
+    if (basicMode()) {
+        const Answer answer = prompter.ask(Message{
+            "Changing Mode",
+            "Changing to the Advanced mode will allow all available parameters to be programmed.  Some of these "
+            "variables are not accessible by the telephone programming.  Do you want to view a summary of these "
+            "limitations?",
+            Icon::Question, Buttons::YesNoCancel});
+        if (answer == Answer::Cancel)
+            return false;
+        if (answer == Answer::Yes && showRulesSummary)
+            showRulesSummary(false);
+        image.gen.basicMode = 0;
+        DatabaseChanged = true;
+        switchShellMode();
+        return true;
+    }
+
+    const Answer answer = prompter.ask(Message{
+        "Changing Mode",
+        "Changing to the Basic mode will remove some programming options.\nDo you want to see a summary of these "
+        "limitations?",
+        Icon::Question, Buttons::YesNoCancel});
+    if (answer == Answer::Cancel)
+        return false;
+    if (answer == Answer::Yes && showRulesSummary)
+        showRulesSummary(true);
+    image.gen.basicMode = 1;
+    bool keepDirectories = false;
+    if (IsDirectoryUsed(image, 0) || IsDirectoryUsed(image, 1))
+        keepDirectories =
+            prompter.ask(query("The Directories are not empty.\nDo you want to leave the Directories unchanged?")) ==
+            Answer::Yes;
+    const bool wizard = prompter.ask(query("Do you want to use the Basic Wizard for configuration?\nPressing No will "
+                                           "result in a default database that you can edit.")) == Answer::Yes;
+    ClearDatabase(image, keepDirectories);
+    if (wizard && runBasicWizard)
+        runBasicWizard();
+    DatabaseChanged = true;
+    switchShellMode();
+    return true;
+}
+
+bool Workspace::CmRunWizard(Prompter& prompter)
+{
+    if (prompter.ask(Message{"Warning", "Running the Basic Wizard will erase all current entries.  Proceed?",
+                             Icon::Warning, Buttons::YesNo}) != Answer::Yes)
+        return false;
+    const bool usedA = IsDirectoryUsed(image, 0);
+    const bool usedB = IsDirectoryUsed(image, 1);
+    bool keepDirectories = false;
+    if (usedA || usedB) {
+        const bool advanced = (usedA && directoryHasAdvancedCommands(image, 0)) ||
+                              (usedB && directoryHasAdvancedCommands(image, 1));
+        std::string text = advanced ? "\nThere are Advanced commands in " : "\nThere are Basic commands in ";
+        text += usedA && usedB ? "Directories A and B." : usedA ? "Directory A." : "Directory B.";
+        text += "\nDo you want the wizard to leave the Directories unchanged?";
+        keepDirectories = prompter.ask(Message{"Warning", text, Icon::Warning, Buttons::YesNo}) == Answer::Yes;
+        if (keepDirectories)
+            prompter.tell("Information",
+                          "The wizard will not ask you to enter any telephone numbers.\nUse the Directory editor to "
+                          "change the numbers.",
+                          Icon::Information);
+    }
+    ClearDatabase(image, keepDirectories);
+    DatabaseChanged = true;
+    if (runBasicWizard)
+        runBasicWizard();
+    return true;
+}
+
+bool Workspace::SavePort(int index, Prompter& prompter)
+{
+    cfg.setPortIndex(index);
+    if (!writeConfigFile(configPath(), cfg)) {
+        prompter.fileError(kCannotOpenCfg);
+        return false;
+    }
+    return true;
+}
+
+void Workspace::commit(const Database& edited)
+{
+    if (edited != image) {
+        image = edited;
+        DatabaseChanged = true;
+    }
+}
+
+} // namespace rk4

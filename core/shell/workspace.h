@@ -1,0 +1,83 @@
+#pragma once
+// The shell's state and commands without a window: the one image the program
+// edits, its file, the change flag, the settings record, the navigation flags,
+// start-up, open/save/clear, closing and the Basic/Advanced mode switch.
+
+#include "core/common/prompter.h"
+#include "core/database/database.h"
+#include "core/database/file.h"
+#include "core/shell/navigation.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace rk4 {
+
+inline constexpr char kApplicationName[] = "Sentrix Rk4 Programmer";
+inline constexpr char kTitlePrefix[] = " Sentrix Rk4 Programmer  -  ";
+
+// Start-up report flags.
+inline constexpr unsigned kReportConfigCreated = 1;
+inline constexpr unsigned kReportDataCreated = 2;
+inline constexpr unsigned kReportBasicProblems = 4; // never set: the unit's tool never reached it
+
+class Workspace {
+public:
+    explicit Workspace(std::filesystem::path workingDirectory = std::filesystem::current_path());
+
+    Database image;
+    Config cfg;
+    std::string workingFile = kDefaultDataFile;
+    bool DatabaseChanged = false;
+    std::uint32_t problems = 0;
+    unsigned startupReport = 0;
+    NavigationFlags navigation;
+
+    bool basicMode() const { return image.gen.basicMode != 0; }
+    std::string title() const { return kTitlePrefix + workingFile; }
+    const std::filesystem::path& workingDirectory() const { return directory; }
+    std::filesystem::path configPath() const { return directory / kConfigFile; }
+
+    // Called whenever the mode the menus show changes (the window rebuilds them).
+    std::function<void()> ChangeMode;
+    // Hooks for the rules summaries and the Basic wizard. Until those windows
+    // exist, a Yes that would open one goes on as the No path.
+    std::function<void(bool basic)> showRulesSummary;
+    std::function<void()> runBasicWizard;
+
+    // Start-up: settings file and data file, noting what had to be created.
+    void InitFile(Prompter& prompter);
+    // Shown once from idle processing after the window appears.
+    void showStartupReport(Prompter& prompter);
+
+    // File commands. Each returns true when it did what it was asked.
+    bool CmFileOpen(Prompter& prompter);
+    bool openFile(const std::string& path, Prompter& prompter);
+    bool CmFileSave(Prompter& prompter);
+    bool CmFileSaveAs(Prompter& prompter);
+    bool saveTo(const std::string& path, Prompter& prompter);
+    bool CmClearData(Prompter& prompter);
+
+    // Closing: false keeps the program running.
+    bool CanClose(Prompter& prompter);
+    bool DataGone(Prompter& prompter);
+
+    bool CmMode(Prompter& prompter);
+    bool CmRunWizard(Prompter& prompter);
+
+    // The serial port slot, kept in rk4.cfg.
+    bool SavePort(int index, Prompter& prompter);
+
+    // Marks the image changed only when `edited` differs from it.
+    void commit(const Database& edited);
+
+private:
+    void switchShellMode();
+    std::filesystem::path resolve(const std::string& path) const;
+
+    std::filesystem::path directory;
+};
+
+} // namespace rk4

@@ -1,0 +1,204 @@
+#include "gui/shell/main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolBar>
+#include <QWhatsThis>
+
+namespace rk4::gui {
+
+Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent)
+    : QMainWindow(parent), space(workspace)
+{
+    setObjectName("mainWindow");
+    if (!prompter) {
+        ownPrompter = std::make_unique<QtPrompter>(this);
+        prompter = ownPrompter.get();
+    }
+    activePrompter = prompter;
+    setWindowTitle(kApplicationName);
+    setWindowIcon(QIcon(":/rk4prog.svg"));
+    resize(1000, 700);
+
+    mdi = new QMdiArea(this);
+    mdi->setObjectName("mdiArea");
+    mdi->setBackground(QColor(0x5a, 0x6e, 0x86));
+    setCentralWidget(mdi);
+
+    modeLabel = new QLabel(this);
+    modeLabel->setObjectName("modeLabel");
+    fileLabel = new QLabel(this);
+    fileLabel->setObjectName("fileLabel");
+    statusBar()->addPermanentWidget(fileLabel, 1);
+    statusBar()->addPermanentWidget(modeLabel);
+
+    buildMenus();
+
+    space.ChangeMode = [this] { ChangeMode(); };
+    space.InitFile(*activePrompter);
+    updateCommands();
+    // The start-up report waits until the window is up, as it always has.
+    QTimer::singleShot(0, this, &Main::startupIdle);
+}
+
+QAction* Main::addCommand(QMenu* menu, const QString& text, const QString& objectName, void (Main::*slot)(),
+                          std::function<bool()> enabled, std::function<bool()> visible)
+{
+    QAction* action = menu->addAction(text);
+    action->setObjectName(objectName);
+    connect(action, &QAction::triggered, this, slot);
+    commands.push_back({action, std::move(enabled), std::move(visible)});
+    return action;
+}
+
+void Main::buildMenus()
+{
+    auto fileOn = [this] { return space.navigation.fileon(); };
+    auto basicOnly = [this] { return space.basicMode(); };
+
+    QMenu* fileMenu = menuBar()->addMenu("&File");
+    QAction* clear = addCommand(fileMenu, "&Clear Data", "actionClearData", &Main::CmClearData, fileOn);
+    clear->setShortcut(QKeySequence::New);
+    clear->setStatusTip("Erase the configuration and start from the empty template");
+    QAction* open = addCommand(fileMenu, "&Open...", "actionOpen", &Main::CmFileOpen, fileOn);
+    open->setShortcut(QKeySequence::Open);
+    open->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
+    open->setStatusTip("Open a configuration file (*.dat)");
+    QAction* save = addCommand(fileMenu, "&Save", "actionSave", &Main::CmFileSave, fileOn);
+    save->setShortcut(QKeySequence::Save);
+    save->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    save->setStatusTip("Save the configuration to its file");
+    QAction* saveAs = addCommand(fileMenu, "Save &As...", "actionSaveAs", &Main::CmFileSaveAs, fileOn);
+    saveAs->setShortcut(QKeySequence::SaveAs);
+    fileMenu->addSeparator();
+    QAction* exit = fileMenu->addAction("E&xit");
+    exit->setObjectName("actionExit");
+    exit->setShortcut(QKeySequence::Quit);
+    connect(exit, &QAction::triggered, this, &QWidget::close);
+
+    QMenu* optionsMenu = menuBar()->addMenu("&Options");
+    QAction* mode = addCommand(optionsMenu, "Basic &Mode", "actionMode", &Main::CmMode, fileOn);
+    mode->setCheckable(true);
+    mode->setStatusTip("Switch between the Basic and the Advanced way of working");
+    addCommand(optionsMenu, "Run &Wizard...", "actionRunWizard", &Main::CmRunWizard, fileOn, basicOnly);
+
+    QMenu* helpMenu = menuBar()->addMenu("&Help");
+    QAction* contents = helpMenu->addAction("&Contents");
+    contents->setObjectName("actionHelpContents");
+    contents->setShortcut(QKeySequence::HelpContents);
+    connect(contents, &QAction::triggered, this, &Main::CmHelpContents);
+    QAction* whatsThis = QWhatsThis::createAction(this);
+    helpMenu->addAction(whatsThis);
+    helpMenu->addSeparator();
+    QAction* about = helpMenu->addAction("&About...");
+    about->setObjectName("actionAbout");
+    connect(about, &QAction::triggered, this, &Main::CmHelpAbout);
+
+    navigationBar = addToolBar("Navigation");
+    navigationBar->setObjectName("navigationBar");
+    navigationBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    navigationBar->setMovable(false);
+    navigationBar->addAction(open);
+    navigationBar->addAction(save);
+}
+
+void Main::updateCommands()
+{
+    for (const Command& command : commands) {
+        command.action->setVisible(!command.visible || command.visible());
+        command.action->setEnabled(command.enabled());
+    }
+    if (QAction* mode = findChild<QAction*>("actionMode"))
+        mode->setChecked(space.basicMode());
+    setWindowTitle(QString::fromStdString(space.title()));
+    modeLabel->setText(space.basicMode() ? " Basic mode " : " Advanced mode ");
+    fileLabel->setText(QString::fromStdString(space.workingFile) + (space.DatabaseChanged ? "  (changed)" : ""));
+}
+
+void Main::ChangeMode()
+{
+    // The menus carry both modes' commands; visibility follows the mode.
+    updateCommands();
+}
+
+void Main::startupIdle()
+{
+    space.showStartupReport(*activePrompter);
+    updateCommands();
+}
+
+void Main::openStartupFile(const QString& path)
+{
+    space.openFile(path.toStdString(), *activePrompter);
+    updateCommands();
+}
+
+void Main::CmClearData()
+{
+    space.CmClearData(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmFileOpen()
+{
+    space.CmFileOpen(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmFileSave()
+{
+    space.CmFileSave(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmFileSaveAs()
+{
+    space.CmFileSaveAs(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmMode()
+{
+    space.CmMode(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmRunWizard()
+{
+    space.CmRunWizard(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmHelpContents()
+{
+    activePrompter->tell("Help",
+                         "Open a configuration with File > Open, edit it with the commands of the tool bar, "
+                         "and save it with File > Save.\nPress Shift+F1 and click a control to learn what it does.",
+                         Icon::Information);
+}
+
+void Main::CmHelpAbout()
+{
+    QMessageBox::about(this, "About",
+                       QString("<b>%1</b><br>Version %2<br><br>Programming tool for the Rk4 cellular alarm unit.")
+                           .arg(kApplicationName, QApplication::applicationVersion()));
+}
+
+void Main::closeEvent(QCloseEvent* event)
+{
+    if (space.CanClose(*activePrompter))
+        event->accept();
+    else
+        event->ignore();
+    updateCommands();
+}
+
+} // namespace rk4::gui

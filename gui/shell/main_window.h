@@ -1,0 +1,75 @@
+#pragma once
+// The main window: menus, the navigation tool bar, the MDI area that holds the
+// list windows, and the status bar. Its commands call the core Workspace.
+
+#include "core/shell/workspace.h"
+#include "gui/shell/qt_prompter.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QLabel;
+class QMdiArea;
+class QMenu;
+class QToolBar;
+
+namespace rk4::gui {
+
+class Main : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit Main(Workspace& workspace, Prompter* prompter = nullptr, QWidget* parent = nullptr);
+
+    Workspace& workspace() { return space; }
+    Prompter& prompter() { return *activePrompter; }
+    QMdiArea* mdiArea() const { return mdi; }
+
+    // Recomputes every command's enabled state from the navigation flags and
+    // the mode, and the title and status bar from the workspace.
+    void updateCommands();
+
+    // Opens a file given on the command line.
+    void openStartupFile(const QString& path);
+
+public slots:
+    void CmClearData();
+    void CmFileOpen();
+    void CmFileSave();
+    void CmFileSaveAs();
+    void CmMode();
+    void CmRunWizard();
+    void CmHelpAbout();
+    void CmHelpContents();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    struct Command {
+        QAction* action;
+        std::function<bool()> enabled;
+        std::function<bool()> visible;
+    };
+
+    void buildMenus();
+    void ChangeMode();
+    void startupIdle();
+    QAction* addCommand(QMenu* menu, const QString& text, const QString& objectName, void (Main::*slot)(),
+                        std::function<bool()> enabled, std::function<bool()> visible = {});
+
+    Workspace& space;
+    std::unique_ptr<QtPrompter> ownPrompter;
+    Prompter* activePrompter;
+    QMdiArea* mdi = nullptr;
+    QToolBar* navigationBar = nullptr;
+    QLabel* modeLabel = nullptr;
+    QLabel* fileLabel = nullptr;
+    std::vector<Command> commands;
+};
+
+} // namespace rk4::gui
