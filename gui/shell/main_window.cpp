@@ -84,6 +84,13 @@ void Main::buildMenus()
     exit->setShortcut(QKeySequence::Quit);
     connect(exit, &QAction::triggered, this, &QWidget::close);
 
+    // Editors of the image go in the Configure menu and on the navigation bar;
+    // transfers and voice work in the Tools menu.
+    configureMenu = menuBar()->addMenu("&Configure");
+    configureMenu->setObjectName("configureMenu");
+    toolsMenu = menuBar()->addMenu("&Tools");
+    toolsMenu->setObjectName("toolsMenu");
+
     QMenu* optionsMenu = menuBar()->addMenu("&Options");
     QAction* mode = addCommand(optionsMenu, "Basic &Mode", "actionMode", &Main::CmMode, fileOn);
     mode->setCheckable(true);
@@ -108,6 +115,20 @@ void Main::buildMenus()
     navigationBar->setMovable(false);
     navigationBar->addAction(open);
     navigationBar->addAction(save);
+    navigationBar->addSeparator();
+
+    addEditorCommands();
+    addToolCommands();
+}
+
+void Main::addEditorCommands()
+{
+    // Each editor adds its command here: a Configure menu entry and a navigation button.
+}
+
+void Main::addToolCommands()
+{
+    // Each tool adds its command here: a Tools menu entry (and a button where it helps).
 }
 
 void Main::updateCommands()

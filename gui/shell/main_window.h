@@ -57,6 +57,8 @@ private:
     };
 
     void buildMenus();
+    void addEditorCommands();
+    void addToolCommands();
     void ChangeMode();
     void startupIdle();
     QAction* addCommand(QMenu* menu, const QString& text, const QString& objectName, void (Main::*slot)(),
@@ -67,6 +69,8 @@ private:
     Prompter* activePrompter;
     QMdiArea* mdi = nullptr;
     QToolBar* navigationBar = nullptr;
+    QMenu* configureMenu = nullptr;
+    QMenu* toolsMenu = nullptr;
     QLabel* modeLabel = nullptr;
     QLabel* fileLabel = nullptr;
     std::vector<Command> commands;
