@@ -1,5 +1,7 @@
 #include "core/basic/simple_check.h"
 
+#include <cstring>
+
 namespace rk4 {
 
 namespace {
@@ -10,7 +12,8 @@ struct DirectoryCommands {
 };
 
 // Walks a directory as the unit does: stop at NUL or at a line end followed by
-// NUL; bytes outside 'F'..'Z' are parameters.
+// NUL; only the command letters start commands, every other byte is a parameter
+// ('Y' after a dialled number included).
 DirectoryCommands scan(const DirectoryRecord& directory)
 {
     DirectoryCommands found;
@@ -19,7 +22,7 @@ DirectoryCommands scan(const DirectoryRecord& directory)
         const std::uint8_t byte = text[i];
         if (byte == 0 || (byte == '&' && i + 1 < text.size() && text[i + 1] == 0))
             break;
-        if (byte < 'F' || byte > 'Z')
+        if (byte == 0 || !std::strchr("FGHLMNPQRSTUVWXZ", byte))
             continue;
         if (byte == 'P' || byte == 'V')
             found.dialOrVoice = true;

@@ -1,0 +1,267 @@
+#include "core/database/defaults.h"
+#include "core/shell/workspace.h"
+#include "tests/support/scripted_prompter.h"
+#include "tests/support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace rk4;
+using rk4::test::ScriptedPrompter;
+using rk4::test::TempDir;
+
+namespace {
+
+const std::string kSaveBeforeClosing = "Do you want to save changed data before closing application?";
+const std::string kToBasic =
+    "Changing to the Basic mode will remove some programming options.\nDo you want to see a summary of these "
+    "limitations?";
+const std::string kToAdvanced =
+    "Changing to the Advanced mode will allow all available parameters to be programmed.  Some of these variables "
+    "are not accessible by the telephone programming.  Do you want to view a summary of these limitations?";
+const std::string kDirectoriesNotEmpty = "The Directories are not empty.\nDo you want to leave the Directories unchanged?";
+const std::string kUseWizard =
+    "Do you want to use the Basic Wizard for configuration?\nPressing No will result in a default database that you "
+    "can edit.";
+
+class WorkspaceTest : public ::testing::Test {
+protected:
+    TempDir dir;
+    Workspace space{dir.path()};
+    ScriptedPrompter prompter;
+    int modeChanges = 0;
+
+    void SetUp() override { space.ChangeMode = [this] { ++modeChanges; }; }
+
+    void writeImage(const std::string& name, const Database& db) { ASSERT_EQ(writeImageFile(dir / name, db), FileStatus::Ok); }
+
+    static Database basicImage()
+    {
+        Database db;
+        db.gen.basicMode = 1;
+        ClearDatabase(db, false);
+        return db;
+    }
+};
+
+} // namespace
+
+TEST_F(WorkspaceTest, StartingInAnEmptyFolderCreatesBothFilesAndReportsThemOnce)
+{
+    space.InitFile(prompter);
+    EXPECT_TRUE(prompter.messages().empty()) << "the report waits for idle processing";
+    ASSERT_TRUE(std::filesystem::exists(dir / "rk4.cfg"));
+    EXPECT_EQ(std::filesystem::file_size(dir / "rk4.cfg"), 16u);
+    EXPECT_EQ(readConfigFile(dir / "rk4.cfg")->bytes, Config{}.bytes);
+
+    Database expected;
+    DefaultValues(expected);
+    Database onDisk;
+    ASSERT_EQ(readImageFile(dir / "Rk4.dat", onDisk), FileStatus::Ok);
+    EXPECT_EQ(onDisk, expected);
+
+    space.showStartupReport(prompter);
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{" CANNOT OPEN RK4.CFG FILE - DEFAULT CREATED.",
+                                                          " CANNOT OPEN RK4.DAT FILE - DEFAULT CREATED."}));
+    EXPECT_EQ(prompter.messages()[0].title, "File Error");
+    EXPECT_EQ(space.image.gen.ringsToAnswer, 2);
+    EXPECT_FALSE(space.DatabaseChanged);
+    EXPECT_EQ(space.title(), " Sentrix Rk4 Programmer  -  Rk4.dat");
+
+    prompter.clear();
+    space.showStartupReport(prompter);
+    EXPECT_TRUE(prompter.messages().empty()) << "shown once";
+}
+
+TEST_F(WorkspaceTest, StartingBesideABasicFileSwitchesModeWithoutMarkingAChange)
+{
+    writeImage("Rk4.dat", basicImage());
+    Config config;
+    config.setPortIndex(3);
+    writeConfigFile(dir / "rk4.cfg", config);
+    space.InitFile(prompter);
+    space.showStartupReport(prompter);
+    EXPECT_TRUE(prompter.messages().empty());
+    EXPECT_TRUE(space.basicMode());
+    EXPECT_EQ(modeChanges, 1);
+    EXPECT_FALSE(space.DatabaseChanged);
+    EXPECT_EQ(space.cfg.portIndex(), 3);
+}
+
+TEST_F(WorkspaceTest, OpenRefusesWrongSizesAndKeepsTheImage)
+{
+    space.InitFile(prompter);
+    space.image.gen.name[0] = 'K';
+    for (std::size_t size : {4703u, 4705u}) {
+        std::ofstream(dir / "short.dat", std::ios::binary) << std::string(size, 'A');
+        prompter.fileChoice((dir / "short.dat").string());
+        EXPECT_FALSE(space.CmFileOpen(prompter));
+        EXPECT_TRUE(prompter.saw(" FILE IS NOT THE CORRECT SIZE "));
+        EXPECT_EQ(space.image.gen.name[0], 'K');
+        EXPECT_EQ(space.workingFile, "Rk4.dat");
+    }
+}
+
+TEST_F(WorkspaceTest, OpeningAFileOfTheOtherModeSwitchesAndLeavesNoChange)
+{
+    space.InitFile(prompter);
+    space.DatabaseChanged = true;
+    writeImage("basic.dat", basicImage());
+    prompter.expect("Do you want to save changed data?", Answer::No).fileChoice((dir / "basic.dat").string());
+    EXPECT_TRUE(space.CmFileOpen(prompter));
+    EXPECT_TRUE(space.basicMode());
+    EXPECT_EQ(modeChanges, 1);
+    EXPECT_FALSE(space.DatabaseChanged);
+    EXPECT_EQ(space.workingFile, (dir / "basic.dat").string());
+    EXPECT_TRUE(prompter.finished());
+}
+
+TEST_F(WorkspaceTest, AnAdvancedFileIsRepairedOnOpenButABasicOneIsNot)
+{
+    space.InitFile(prompter);
+    Database advanced; // zero timers everywhere
+    writeImage("adv.dat", advanced);
+    ASSERT_TRUE(space.openFile((dir / "adv.dat").string(), prompter));
+    EXPECT_EQ(space.image.group[0].longTimer, 30);
+
+    Database basic;
+    basic.gen.basicMode = 1;
+    writeImage("bas.dat", basic);
+    ASSERT_TRUE(space.openFile((dir / "bas.dat").string(), prompter));
+    EXPECT_EQ(space.image.group[0].longTimer, 0);
+}
+
+TEST_F(WorkspaceTest, SaveToAWrongNameTruncatesAndRefuses)
+{
+    space.InitFile(prompter);
+    std::ofstream(dir / "config.txt") << "precious";
+    space.DatabaseChanged = true;
+    prompter.fileChoice((dir / "config.txt").string());
+    EXPECT_FALSE(space.CmFileSaveAs(prompter));
+    EXPECT_TRUE(prompter.saw(" FILE NAME MUST HAVE .DAT EXTENSION "));
+    EXPECT_EQ(std::filesystem::file_size(dir / "config.txt"), 0u);
+    EXPECT_TRUE(space.DatabaseChanged);
+}
+
+TEST_F(WorkspaceTest, SaveAsWritesTheImageAndClearsTheChange)
+{
+    space.InitFile(prompter);
+    space.image.gen.name[0] = 'Q';
+    space.DatabaseChanged = true;
+    prompter.fileChoice((dir / "site.Dat").string());
+    ASSERT_TRUE(space.CmFileSaveAs(prompter));
+    EXPECT_FALSE(space.DatabaseChanged);
+    EXPECT_EQ(space.title(), std::string(" Sentrix Rk4 Programmer  -  ") + (dir / "site.Dat").string());
+    Database loaded;
+    ASSERT_EQ(readImageFile(dir / "site.Dat", loaded), FileStatus::Ok);
+    EXPECT_EQ(loaded, space.image);
+}
+
+TEST_F(WorkspaceTest, ClosingAsksOnlyWhenSomethingChanged)
+{
+    space.InitFile(prompter);
+    EXPECT_TRUE(space.CanClose(prompter));
+
+    space.DatabaseChanged = true;
+    prompter.expect(kSaveBeforeClosing, Answer::Cancel);
+    EXPECT_FALSE(space.CanClose(prompter));
+    prompter.expect(kSaveBeforeClosing, Answer::No);
+    EXPECT_TRUE(space.CanClose(prompter));
+
+    space.image.gen.name[0] = 'Z';
+    prompter.expect(kSaveBeforeClosing, Answer::Yes);
+    EXPECT_TRUE(space.CanClose(prompter));
+    Database onDisk;
+    ASSERT_EQ(readImageFile(dir / "Rk4.dat", onDisk), FileStatus::Ok);
+    EXPECT_EQ(onDisk.gen.name[0], 'Z');
+}
+
+TEST_F(WorkspaceTest, CancellingEitherModeQuestionChangesNothing)
+{
+    space.InitFile(prompter);
+    const Database before = space.image;
+    prompter.expect(kToBasic, Answer::Cancel);
+    EXPECT_FALSE(space.CmMode(prompter));
+    EXPECT_EQ(space.image, before);
+    EXPECT_FALSE(space.DatabaseChanged);
+
+    space.image = basicImage();
+    const Database basicBefore = space.image;
+    prompter.expect(kToAdvanced, Answer::Cancel);
+    EXPECT_FALSE(space.CmMode(prompter));
+    EXPECT_EQ(space.image, basicBefore);
+    EXPECT_EQ(modeChanges, 0);
+    EXPECT_TRUE(prompter.finished());
+}
+
+TEST_F(WorkspaceTest, SwitchingToBasicAsksAboutUsedDirectoriesAndBuildsTheTemplate)
+{
+    space.InitFile(prompter);
+    const char line[] = "W5&";
+    std::copy(line, line + 4, space.image.dir[1].dirText.begin());
+    prompter.expect(kToBasic, Answer::No).expect(kDirectoriesNotEmpty, Answer::Yes).expect(kUseWizard, Answer::No);
+    EXPECT_TRUE(space.CmMode(prompter));
+    EXPECT_TRUE(space.basicMode());
+    EXPECT_EQ(space.image.dir[1].dirText[0], 'W') << "directories kept as answered";
+    EXPECT_EQ(space.image.alm[0].type, kPointDigital) << "the Basic template";
+    EXPECT_TRUE(space.DatabaseChanged);
+    EXPECT_EQ(modeChanges, 1);
+    EXPECT_TRUE(prompter.finished());
+
+    prompter.expect(kToAdvanced, Answer::No);
+    EXPECT_TRUE(space.CmMode(prompter));
+    EXPECT_FALSE(space.basicMode());
+    EXPECT_EQ(space.image.alm[0].type, kPointDigital) << "going back to Advanced keeps the data";
+}
+
+TEST_F(WorkspaceTest, SwitchingToBasicWithEmptyDirectoriesDoesNotAskAboutThem)
+{
+    space.InitFile(prompter);
+    prompter.expect(kToBasic, Answer::No).expect(kUseWizard, Answer::No);
+    EXPECT_TRUE(space.CmMode(prompter));
+    EXPECT_TRUE(prompter.finished());
+}
+
+TEST_F(WorkspaceTest, ClearDataAsksFirstAndLeavesTheChangeFlag)
+{
+    space.InitFile(prompter);
+    space.image.gen.name[0] = 'N';
+    prompter.expect("All data will be erased - Continue?", Answer::No);
+    EXPECT_FALSE(space.CmClearData(prompter));
+    EXPECT_EQ(space.image.gen.name[0], 'N');
+
+    prompter.expect("All data will be erased - Continue?", Answer::Yes);
+    EXPECT_TRUE(space.CmClearData(prompter));
+    EXPECT_EQ(space.image.gen.name[0], ' ');
+    EXPECT_FALSE(space.DatabaseChanged);
+
+    space.image = basicImage();
+    prompter.expect("All data will be erased - Continue?", Answer::Yes)
+        .expect("Do you want to use the Basic Wizard for configuration?", Answer::No);
+    EXPECT_TRUE(space.CmClearData(prompter));
+    EXPECT_TRUE(prompter.finished());
+}
+
+TEST_F(WorkspaceTest, RunWizardNamesTheDirectoriesThatHoldCommands)
+{
+    space.InitFile(prompter);
+    space.image = basicImage();
+    const char dial[] = "P1::::Y&";
+    std::copy(dial, dial + sizeof dial, space.image.dir[0].dirText.begin());
+    prompter.expect("Running the Basic Wizard will erase all current entries.  Proceed?", Answer::Yes)
+        .expect("\nThere are Basic commands in Directory A.\nDo you want the wizard to leave the Directories "
+                "unchanged?",
+                Answer::Yes);
+    EXPECT_TRUE(space.CmRunWizard(prompter));
+    EXPECT_TRUE(prompter.saw("The wizard will not ask you to enter any telephone numbers.\nUse the Directory editor "
+                             "to change the numbers."));
+    EXPECT_EQ(space.image.dir[0].dirText[0], 'P');
+}
+
+TEST_F(WorkspaceTest, SavePortWritesTheSettingsFile)
+{
+    space.InitFile(prompter);
+    ASSERT_TRUE(space.SavePort(6, prompter));
+    EXPECT_EQ(readConfigFile(dir / "rk4.cfg")->portIndex(), 6);
+}
