@@ -13,6 +13,10 @@
 #include <QToolBar>
 #include <QWhatsThis>
 
+// The icon lives in the GUI library's resources, which a static library must
+// register by hand.
+static void registerResources() { Q_INIT_RESOURCE(rk4); }
+
 namespace rk4::gui {
 
 Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent)
@@ -24,6 +28,7 @@ Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent)
         prompter = ownPrompter.get();
     }
     activePrompter = prompter;
+    registerResources();
     setWindowTitle(kApplicationName);
     setWindowIcon(QIcon(":/rk4prog.svg"));
     resize(1000, 700);
@@ -137,6 +142,8 @@ void Main::updateCommands()
         command.action->setVisible(!command.visible || command.visible());
         command.action->setEnabled(command.enabled());
     }
+    for (QMenu* menu : {configureMenu, toolsMenu})
+        menu->menuAction()->setVisible(!menu->actions().isEmpty());
     if (QAction* mode = findChild<QAction*>("actionMode"))
         mode->setChecked(space.basicMode());
     setWindowTitle(QString::fromStdString(space.title()));
