@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Installs the build into a scratch folder and checks what a desktop needs.
+set -euo pipefail
+build="$1"
+stage="$(mktemp -d)"
+trap 'rm -rf "$stage"' EXIT
+DESTDIR="$stage" cmake --install "$build" --prefix /usr >/dev/null
+for file in usr/bin/rk4prog usr/bin/rk4 usr/share/applications/rk4prog.desktop \
+            usr/share/mime/packages/rk4prog-data.xml usr/share/icons/hicolor/scalable/apps/rk4prog.svg; do
+  [ -e "$stage/$file" ] || { echo "missing after install: $file"; exit 1; }
+done
+if command -v desktop-file-validate >/dev/null; then
+  desktop-file-validate "$stage/usr/share/applications/rk4prog.desktop"
+fi
+grep -q 'MimeType=application/x-rk4-data;' "$stage/usr/share/applications/rk4prog.desktop"
+grep -q '<glob pattern="\*.dat"' "$stage/usr/share/mime/packages/rk4prog-data.xml"
+if command -v update-mime-database >/dev/null; then
+  update-mime-database "$stage/usr/share/mime" >/dev/null
+  grep -q 'application/x-rk4-data' "$stage/usr/share/mime/globs2"
+fi
