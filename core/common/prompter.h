@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace rk4 {
 
@@ -12,10 +13,18 @@ enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
 struct Message {
+    Message() = default;
+    Message(std::string title, std::string text, Icon icon = Icon::None, Buttons buttons = Buttons::Ok,
+            std::string detail = {})
+        : title(std::move(title)), text(std::move(text)), icon(icon), buttons(buttons), detail(std::move(detail))
+    {
+    }
+
     std::string title;
     std::string text;
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
+    std::string detail; // a second paragraph: the cause behind the message
 };
 
 enum class FileMode { Open, Save };
