@@ -256,6 +256,15 @@ bool Workspace::SavePort(int index, Prompter& prompter)
     return true;
 }
 
+void Workspace::acceptReadImage(const Database& read, bool basicModeAtStart)
+{
+    image = read;
+    // The image no longer matches its file: closing will offer to save it.
+    DatabaseChanged = true;
+    if (basicMode() != basicModeAtStart)
+        switchShellMode();
+}
+
 void Workspace::commit(const Database& edited)
 {
     if (edited != image) {

@@ -70,6 +70,10 @@ public:
     // The serial port slot, kept in rk4.cfg.
     bool SavePort(int index, Prompter& prompter);
 
+    // A whole image read from the unit replaces the one in memory; the
+    // window follows when its mode differs from the mode at the start of the read.
+    void acceptReadImage(const Database& read, bool basicModeAtStart);
+
     // Marks the image changed only when `edited` differs from it.
     void commit(const Database& edited);
 
