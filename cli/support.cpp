@@ -10,6 +10,8 @@ namespace rk4::cli {
 Answer StreamPrompter::ask(const Message& message)
 {
     stream << message.title << ":" << message.text << "\n";
+    if (!message.detail.empty())
+        stream << message.detail << "\n";
     if (message.buttons == Buttons::Ok)
         return Answer::Ok;
     return defaultAnswer;

@@ -16,6 +16,7 @@ struct Message {
     std::string text;
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
+    std::string detail{}; // shown under the text: the cause behind a failure
 };
 
 enum class FileMode { Open, Save };

@@ -10,6 +10,8 @@ Answer QtPrompter::ask(const Message& message)
     QMessageBox box(parent);
     box.setWindowTitle(QString::fromStdString(message.title));
     box.setText(QString::fromStdString(message.text));
+    if (!message.detail.empty())
+        box.setInformativeText(QString::fromStdString(message.detail));
     switch (message.icon) {
     case Icon::Information: box.setIcon(QMessageBox::Information); break;
     case Icon::Warning: box.setIcon(QMessageBox::Warning); break;
