@@ -20,6 +20,7 @@ public:
 
     Transport& tool() { return toolEnd; }
     Transport& unit() { return unitEnd; }
+    const Transport& tool() const { return toolEnd; }
 
     // Makes the tool end's next open() fail with this detail, as a missing or
     // locked port would.
