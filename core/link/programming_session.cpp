@@ -1,0 +1,640 @@
+#include "core/link/programming_session.h"
+
+#include "core/database/file.h"
+#include "core/link/packing.h"
+
+#include <system_error>
+
+namespace rk4::link {
+
+namespace {
+
+std::string noResponse(int retry) { return "No response - retry " + std::to_string(retry); }
+
+struct StreamedFile {
+    const char* filter;
+    const char* extension;
+    const char* cannotOpen;
+    const char* notValid;
+};
+
+const StreamedFile kVocabularyFile{"Vocabulary files (*.bin)", "bin", " CANNOT OPEN VOCABULARY FILE ",
+                                   " VOCABULARY FILE IS NOT VALID "};
+const StreamedFile kVoiceFile{"Voice files (*.msg)", "msg", " CANNOT OPEN VOICE MESSAGE FILE ",
+                              " VOICE MESSAGE FILE IS NOT VALID "};
+
+Message question(std::string text) { return Message{"Question", std::move(text), Icon::Question, Buttons::YesNo}; }
+
+} // namespace
+
+ProgrammingSession::ProgrammingSession(Workspace& workspace, Transport& transport, Prompter& prompter)
+    : workspace(workspace), prompter(prompter), transport(&transport), link(std::make_unique<LinkSession>(transport))
+{
+}
+
+ProgrammingSession::~ProgrammingSession() { closeFiles(); }
+
+bool ProgrammingSession::portOpen() const { return transport->isOpen(); }
+
+void ProgrammingSession::closePort()
+{
+    if (transport->isOpen()) {
+        transport->purge(Purge::Both);
+        transport->close();
+    }
+}
+
+void ProgrammingSession::changeTransport(Transport& replacement)
+{
+    if (running())
+        return;
+    closePort();
+    transport = &replacement;
+    link = std::make_unique<LinkSession>(replacement);
+}
+
+void ProgrammingSession::setText(SessionLine line, std::string text)
+{
+    switch (line) {
+    case SessionLine::Status: shown.status = text; break;
+    case SessionLine::Version: shown.version = text; break;
+    case SessionLine::Line1: shown.line1 = text; break;
+    case SessionLine::Line2: shown.line2 = text; break;
+    }
+    if (onText)
+        onText(line, text);
+}
+
+void ProgrammingSession::setAttention(Millis now)
+{
+    attentionOn = true;
+    attentionDeadline = now + 1000;
+}
+
+void ProgrammingSession::IdleAction(Millis now)
+{
+    if (attentionOn && now >= attentionDeadline) {
+        if (beep)
+            beep();
+        attentionDeadline += 1000;
+    }
+}
+
+bool ProgrammingSession::CheckWarnings()
+{
+    if (workspace.image.gen.accessCode[0] == 0 && workspace.image.gen.securityLevel != 0) {
+        const Answer change = prompter.ask(Message{"Warning",
+                                                   "The Access Code has not been entered in the General section.\n"
+                                                   "Remote programming will not be available without an Access "
+                                                   "Code.\nDo you want to change this?",
+                                                   Icon::Warning, Buttons::YesNo});
+        if (change == Answer::Yes && openGeneralEditor) {
+            openGeneralEditor();
+            if (prompter.ask(question("Do you want to continue with programming?")) != Answer::Yes)
+                return true;
+        }
+    }
+    if (prompter.ask(question("Do you want to check the Summary for warnings before programming?")) == Answer::Yes &&
+        openSummary) {
+        openSummary();
+        if (prompter.ask(question("Do you want to continue with programming?")) != Answer::Yes)
+            return true;
+    }
+    return false;
+}
+
+bool ProgrammingSession::openPort(Millis now)
+{
+    if (transport->isOpen()) {
+        return true;
+    }
+    const OpenResult opened = transport->open();
+    if (!opened.ok) {
+        prompter.ask(Message{"", "Error opening COM port", Icon::Error, Buttons::Ok, opened.detail});
+        shown.progressOpen = false;
+        if (onProgress)
+            onProgress();
+        closeFiles();
+        return false;
+    }
+    link = std::make_unique<LinkSession>(*transport);
+    wait(now, kFreshPortWait, Step::Version);
+    return true;
+}
+
+bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::optional<std::filesystem::path> file)
+{
+    if (running())
+        return false;
+    if (transferKind == TransferKind::Database && CheckWarnings())
+        return false;
+    attentionOn = false;
+    setText(SessionLine::Status, "");
+    kind = transferKind;
+    writing = true;
+    result = SessionOutcome::None;
+
+    if (kind == TransferKind::Database) {
+        totalPackets = kDatabasePackets;
+    } else {
+        const StreamedFile& form = kind == TransferKind::Vocabulary ? kVocabularyFile : kVoiceFile;
+        if (!file) {
+            const std::filesystem::path start = kind == TransferKind::Vocabulary
+                                                    ? programDirectory / kDefaultVocabularyFile
+                                                    : workspace.workingDirectory() / kDefaultVoiceFile;
+            auto chosen = prompter.chooseFile(
+                FileRequest{FileMode::Open, "Open", std::string(form.filter) + ";;All files (*)", form.extension,
+                            start.string()});
+            if (!chosen)
+                return false;
+            file = *chosen;
+        }
+        std::error_code error;
+        const auto size = std::filesystem::file_size(*file, error);
+        sourceFile.open(*file, std::ios::binary);
+        if (!sourceFile || error) {
+            sourceFile.close();
+            prompter.fileError(form.cannotOpen);
+            return false;
+        }
+        if (size == 0 || size % kPacketSize != 0) {
+            sourceFile.close();
+            prompter.fileError(form.notValid);
+            return false;
+        }
+        totalPackets = static_cast<int>(size / kPacketSize);
+    }
+
+    shown.progressOpen = true;
+    shown.packetsDone = 0;
+    shown.packetsTotal = totalPackets;
+    if (onProgress)
+        onProgress();
+    const bool fresh = !transport->isOpen();
+    if (!openPort(now))
+        return false;
+    retry = 0;
+    if (!fresh) {
+        // A port this dialog already opened has answered once: skip the version check.
+        secondPass = false;
+        step = Step::Link;
+    }
+    return true;
+}
+
+bool ProgrammingSession::Receive(TransferKind transferKind, Millis now, std::optional<std::filesystem::path> target)
+{
+    if (running())
+        return false;
+    attentionOn = false;
+    modeAtStart = workspace.basicMode();
+    kind = transferKind;
+    writing = false;
+    result = SessionOutcome::None;
+    voiceTarget = std::move(target);
+
+    if (kind == TransferKind::Voices) {
+        temporaryPath = workspace.workingDirectory() / kVoiceTemporaryFile;
+        std::error_code ignored;
+        std::filesystem::remove(temporaryPath, ignored);
+        temporaryFile.open(temporaryPath, std::ios::binary | std::ios::trunc);
+        if (!temporaryFile) {
+            prompter.fileError(" CANNOT OPEN voice.tmp FILE ");
+            return false;
+        }
+        totalPackets = kVoiceStorePackets;
+    } else {
+        totalPackets = kDatabasePackets;
+    }
+
+    shown.progressOpen = true;
+    shown.packetsDone = 0;
+    shown.packetsTotal = totalPackets;
+    if (onProgress)
+        onProgress();
+    const bool fresh = !transport->isOpen();
+    if (!openPort(now))
+        return false;
+    retry = 0;
+    if (!fresh)
+        step = Step::Version; // a read always checks the version
+    return true;
+}
+
+void ProgrammingSession::wait(Millis now, Millis delay, Step next)
+{
+    step = Step::Wait;
+    deadline = now + delay;
+    afterWait = next;
+}
+
+Millis ProgrammingSession::nextPollAt(Millis now) const
+{
+    if (step == Step::Idle)
+        return now + 1000;
+    if (step == Step::Wait || step == Step::VoiceCountdown)
+        return deadline;
+    if (exchangeState == Exchange::Running)
+        return link->nextPollAt(now);
+    return now;
+}
+
+// Starts the request on the first call and reports, on later calls, whether it
+// is still under way (true) or finished with `status`.
+bool ProgrammingSession::exchange(Millis now, std::uint8_t command, int number, bool withData, ExchangeStatus& status)
+{
+    if (exchangeState == Exchange::NotStarted) {
+        link->start(command, number, withData, now);
+        exchangeState = Exchange::Running;
+    }
+    status = link->poll(now);
+    if (status == ExchangeStatus::Pending)
+        return true;
+    exchangeState = Exchange::NotStarted;
+    return false;
+}
+
+// A counted failure: show the retry, and after the last attempt take the
+// failure path instead of asking again.
+void ProgrammingSession::failure(Millis now, Step retryStep, const std::function<void()>& onLastFailure)
+{
+    ++retry;
+    setText(SessionLine::Line2, noResponse(retry));
+    if (retry >= kAttempts)
+        onLastFailure();
+    else
+        wait(now, kRetryWait, retryStep);
+}
+
+void ProgrammingSession::sendEnd(Millis now, Millis delay, Step next)
+{
+    endDelay = delay;
+    afterEnd = next;
+    step = Step::SendEnd;
+    stepOnce(now);
+}
+
+void ProgrammingSession::closeFiles()
+{
+    if (sourceFile.is_open())
+        sourceFile.close();
+    link->source = nullptr;
+    if (temporaryFile.is_open())
+        temporaryFile.close();
+}
+
+void ProgrammingSession::appendToTemporary(std::size_t packets)
+{
+    temporaryFile.write(reinterpret_cast<const char*>(link->staging.data()),
+                        static_cast<std::streamsize>(packets * kPacketSize));
+}
+
+void ProgrammingSession::finishRun(Millis)
+{
+    shown.progressOpen = false;
+    if (onProgress)
+        onProgress();
+    step = Step::Idle;
+    transport->purge(Purge::Both);
+    if (result == SessionOutcome::None)
+        result = SessionOutcome::Failed;
+}
+
+void ProgrammingSession::poll(Millis now)
+{
+    // Run every step that is ready now; stop at the first that has to wait.
+    for (int guard = 0; guard < 64 && step != Step::Idle; ++guard) {
+        stepOnce(now);
+        const bool timed = step == Step::Wait || step == Step::VoiceCountdown;
+        if ((timed && deadline > now) || exchangeState == Exchange::Running)
+            break;
+    }
+}
+
+void ProgrammingSession::stepOnce(Millis now)
+{
+    ExchangeStatus status = ExchangeStatus::Idle;
+    switch (step) {
+    case Step::Idle:
+        return;
+
+    case Step::Wait:
+        if (now >= deadline)
+            step = afterWait;
+        return;
+
+    case Step::Version:
+        if (exchangeState == Exchange::NotStarted)
+            setText(SessionLine::Line1, "Checking Rk4 version");
+        if (exchange(now, CMD_VERSION, 0, false, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            setText(SessionLine::Version, "Product: B" + link->product() + "  Version: " + link->firmware());
+            retry = 0;
+            wait(now, kAfterReply, writing ? Step::Pack : Step::ReadAnnounce);
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::Version);
+        } else {
+            failure(now, Step::Version, [&] {
+                const char* text = "No version available - trying alternate connection.";
+                setText(SessionLine::Status, text);
+                setText(SessionLine::Line2, text);
+                retry = 0;
+                secondPass = false;
+                step = Step::Link;
+            });
+        }
+        return;
+
+    case Step::Link:
+        if (exchangeState == Exchange::NotStarted)
+            setText(SessionLine::Line1, "Setting up communications link");
+        if (exchange(now, secondPass ? CMD_LINK_ALT : CMD_LINK, 0, false, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            retry = 0;
+            wait(now, kAfterReply, writing ? Step::Pack : Step::ReadAnnounce);
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::Link);
+        } else {
+            failure(now, Step::Link, [&] {
+                if (!secondPass) {
+                    secondPass = true;
+                    retry = 0;
+                    const char* text = "Communications Failure - Starting second pass.";
+                    setText(SessionLine::Status, text);
+                    setText(SessionLine::Line2, text);
+                    if (kind == TransferKind::Vocabulary && writing) {
+                        // The older units always take a vocabulary of this size.
+                        totalPackets = kSecondPassVocabularyPackets;
+                        shown.packetsTotal = totalPackets;
+                    }
+                    wait(now, kRetryWait, Step::Link);
+                    return;
+                }
+                const char* text = "Communications Failure - Check connection.";
+                setText(SessionLine::Status, text);
+                setText(SessionLine::Line2, text);
+                closeFiles();
+                if (!writing) {
+                    step = Step::ReadEnd;
+                    return;
+                }
+                if (kind == TransferKind::Vocabulary) {
+                    setText(SessionLine::Status, "Vocab transfer FAILED - no communications.");
+                    setAttention(now);
+                }
+                step = Step::End;
+            });
+        }
+        return;
+
+    case Step::Pack:
+        if (kind == TransferKind::Database) {
+            totalPackets = packDatabase(workspace.image, secondPass, link->staging);
+        } else {
+            link->source = &sourceFile;
+            link->blockSlot = kBlockPackets; // the first packet reads the first block
+        }
+        link->kind = kind;
+        shown.packetsTotal = totalPackets;
+        retry = 0;
+        step = Step::Announce;
+        return;
+
+    case Step::Announce: {
+        const std::uint8_t command = kind == TransferKind::Database     ? CMD_WRITE_DATABASE
+                                     : kind == TransferKind::Vocabulary ? CMD_WRITE_VOCABULARY
+                                                                        : CMD_WRITE_VOICES;
+        if (exchange(now, command, 0, false, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            retry = 0;
+            packetNumber = 0;
+            link->packetIndex = 0;
+            wait(now, kAfterReply, Step::Packet);
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::Announce);
+        } else {
+            failure(now, Step::Announce, [&] {
+                closeFiles();
+                step = Step::End;
+            });
+        }
+        return;
+    }
+
+    case Step::Packet:
+        if (exchangeState == Exchange::NotStarted) {
+            setText(SessionLine::Line1, "Transmitting packet " + std::to_string(packetNumber + 1) + " of " +
+                                            std::to_string(totalPackets));
+            setText(SessionLine::Line2, "");
+            link->packetIndex = packetNumber;
+        }
+        if (exchange(now, CMD_PACKET, packetNumber, true, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            if (kind == TransferKind::Voices && packetNumber == 0) {
+                // The unit now erases its voice store.
+                setText(SessionLine::Line1, "Waiting for Rk4 to initialize voice storage memory.");
+                countdown = kVoiceEraseSeconds;
+                setText(SessionLine::Line2, std::to_string(countdown) + " seconds remaining.");
+                step = Step::VoiceCountdown;
+                deadline = now + 1000;
+            } else {
+                wait(now, kAfterReply, Step::PacketDone);
+            }
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::Packet);
+        } else {
+            failure(now, Step::Packet, [&] {
+                closeFiles();
+                if (kind == TransferKind::Vocabulary) {
+                    setText(SessionLine::Status, "Vocab transfer FAILED.");
+                    setAttention(now);
+                }
+                step = Step::End;
+            });
+        }
+        return;
+
+    case Step::VoiceCountdown:
+        if (now < deadline)
+            return;
+        --countdown;
+        setText(SessionLine::Line2, std::to_string(countdown) + " seconds remaining.");
+        if (countdown <= 0)
+            wait(now, kAfterReply, Step::PacketDone);
+        else
+            deadline += 1000;
+        return;
+
+    case Step::PacketDone:
+        ++packetNumber;
+        ++link->blockSlot;
+        retry = 0;
+        shown.packetsDone = packetNumber;
+        if (onProgress)
+            onProgress();
+        if (packetNumber >= totalPackets)
+            wait(now, kAfterReply, Step::Complete);
+        else
+            step = Step::Packet;
+        return;
+
+    case Step::Complete:
+        closeFiles();
+        if (kind == TransferKind::Database) {
+            setText(SessionLine::Line2, "Database transferred to the Rk4");
+            setText(SessionLine::Status, "Database transferred to the Rk4");
+        } else if (kind == TransferKind::Vocabulary) {
+            setText(SessionLine::Line2, "Vocab transferred to the Rk4");
+            setText(SessionLine::Status, "Vocab succesfully transferred to the Rk4");
+            setAttention(now);
+        } else {
+            setText(SessionLine::Line2, "Voices transferred to the Rk4");
+            setText(SessionLine::Status, "Voices transferred to the Rk4");
+        }
+        setText(SessionLine::Line1, "Success");
+        result = SessionOutcome::Succeeded;
+        step = Step::End;
+        return;
+
+    case Step::End:
+        sendEnd(now, kEndWait, Step::Finish);
+        return;
+
+    case Step::SendEnd:
+        if (exchange(now, CMD_END, 0, false, status))
+            return;
+        wait(now, endDelay, afterEnd);
+        return;
+
+    case Step::Finish:
+        finishRun(now);
+        return;
+
+    case Step::ReadAnnounce:
+        if (exchange(now, kind == TransferKind::Voices ? CMD_READ_VOICES : CMD_READ_DATABASE, 0, false, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            retry = 0;
+            link->kind = kind;
+            link->packetIndex = 0;
+            link->blockSlot = 0;
+            setText(SessionLine::Line2, "");
+            wait(now, kAfterReply, Step::ReadPacket);
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::ReadAnnounce);
+        } else {
+            failure(now, Step::ReadAnnounce, [&] { step = Step::ReadEnd; });
+        }
+        return;
+
+    case Step::ReadPacket:
+        if (exchangeState == Exchange::NotStarted) {
+            setText(SessionLine::Line1, "Waiting for packet " + std::to_string(link->packetIndex + 1));
+            link->showProgress = [this](const std::string& text) { setText(SessionLine::Line1, text); };
+        }
+        if (exchange(now, CMD_PACKET, link->packetIndex, false, status))
+            return;
+        if (status == ExchangeStatus::Good) {
+            wait(now, kAfterReply, Step::ReadPacketDone);
+        } else if (status == ExchangeStatus::Busy) {
+            transport->purge(Purge::Receive);
+            wait(now, kRetryWait, Step::ReadPacket);
+        } else if (link->IsEndOfData() && kind == TransferKind::Voices) {
+            // The unit has no more voice data: keep what the last block holds.
+            appendToTemporary(static_cast<std::size_t>(link->blockSlot));
+            link->packetIndex = totalPackets;
+            step = Step::ReadComplete;
+        } else {
+            // A database is whole or not at all: an early end is a failure too.
+            failure(now, Step::ReadPacket, [&] {
+                setText(SessionLine::Line1, "Data transfer from Rk4");
+                setText(SessionLine::Line2, "Transfer failed at packet number " +
+                                                std::to_string(link->packetIndex + 1));
+                wait(now, kEndWait, Step::ReadEnd);
+            });
+        }
+        return;
+
+    case Step::ReadPacketDone:
+        if (kind == TransferKind::Voices && link->blockSlot == 0)
+            appendToTemporary(kBlockPackets);
+        setText(SessionLine::Line2, "Received packet " + std::to_string(link->packetIndex));
+        shown.packetsDone = link->packetIndex;
+        if (onProgress)
+            onProgress();
+        retry = 0;
+        if (link->packetIndex >= totalPackets)
+            wait(now, kAfterReply, Step::ReadComplete);
+        else
+            step = Step::ReadPacket;
+        return;
+
+    case Step::ReadComplete:
+        if (kind == TransferKind::Database) {
+            workspace.acceptReadImage(unpackDatabase(link->staging), modeAtStart);
+            setText(SessionLine::Line1, "Configuration data read from the Rk4");
+            setText(SessionLine::Status, "Configuration data read from the Rk4");
+            setText(SessionLine::Line2, "Success");
+            result = SessionOutcome::Succeeded;
+            sendEnd(now, kEndWait, Step::ReadEnd);
+            return;
+        }
+        temporaryFile.flush();
+        if (temporaryFile.tellp() < static_cast<std::streamoff>(kPacketSize)) {
+            setText(SessionLine::Line1, "Voice transfer failure");
+            setText(SessionLine::Status, "Voice transfer failure");
+            setText(SessionLine::Line2, "Not enough voice data to be valid.");
+            sendEnd(now, 2000, Step::ReadEnd);
+            return;
+        }
+        setText(SessionLine::Line1, "Voice data read from the Rk4");
+        setText(SessionLine::Status, "Voice data read from the Rk4");
+        setText(SessionLine::Line2, "Success");
+        sendEnd(now, kEndWait, Step::ReadSelectFile);
+        return;
+
+    case Step::ReadSelectFile:
+        setText(SessionLine::Line1, "Select a file for storage");
+        setText(SessionLine::Line2, "");
+        wait(now, 1000, Step::ReadSaveFile);
+        return;
+
+    case Step::ReadSaveFile: {
+        temporaryFile.close();
+        std::optional<std::filesystem::path> chosen = voiceTarget;
+        if (!chosen) {
+            auto answer = prompter.chooseFile(FileRequest{FileMode::Save, "Save As", "Voice files (*.msg);;All files (*)",
+                                                          "msg", (workspace.workingDirectory() / kDefaultVoiceFile).string()});
+            if (answer)
+                chosen = *answer;
+        }
+        if (chosen) {
+            auto bytes = readWholeFile(temporaryPath);
+            if (bytes && writeFileAtomically(*chosen, *bytes))
+                result = SessionOutcome::Succeeded;
+            else
+                prompter.fileError(kCannotOpenFile);
+        }
+        std::error_code ignored;
+        std::filesystem::remove(temporaryPath, ignored);
+        step = Step::ReadEnd;
+        return;
+    }
+
+    case Step::ReadEnd:
+        closeFiles();
+        wait(now, kEndWait, Step::Finish);
+        return;
+    }
+}
+
+} // namespace rk4::link

@@ -1,0 +1,337 @@
+#include "core/database/defaults.h"
+#include "core/link/packing.h"
+#include "core/link/programming_session.h"
+#include "core/link/simulated_unit.h"
+#include "core/link/wire_image.h"
+#include "tests/support/scripted_prompter.h"
+#include "tests/support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+
+using namespace rk4;
+using namespace rk4::link;
+using rk4::test::ScriptedPrompter;
+using rk4::test::TempDir;
+
+namespace {
+
+const std::string kSummaryQuestion = "Do you want to check the Summary for warnings before programming?";
+
+class SessionTest : public ::testing::Test {
+protected:
+    TempDir dir;
+    ManualClock clock{1000};
+    Workspace space{dir.path()};
+    ScriptedPrompter prompter;
+    std::unique_ptr<SimulatedUnitPort> port;
+    std::unique_ptr<ProgrammingSession> session;
+    std::vector<std::string> texts; // every line 1 / line 2 / status text, in order
+    int modeChanges = 0;
+
+    void SetUp() override
+    {
+        space.image.gen.basicMode = 0;
+        ClearDatabase(space.image, false);
+        space.ChangeMode = [this] { ++modeChanges; };
+        makeUnit({});
+    }
+
+    void makeUnit(UnitOptions options)
+    {
+        session.reset();
+        port = std::make_unique<SimulatedUnitPort>(clock, std::move(options));
+        session = std::make_unique<ProgrammingSession>(space, *port, prompter);
+        session->onText = [this](SessionLine, const std::string& text) { texts.push_back(text); };
+    }
+
+    // Runs the started operation to its end on the manual clock.
+    void runToEnd()
+    {
+        for (int guard = 0; guard < 200000 && session->running(); ++guard) {
+            session->poll(clock.now());
+            const Millis next = session->nextPollAt(clock.now());
+            clock.set(std::max(next, clock.now() + 1));
+        }
+        ASSERT_FALSE(session->running()) << "the operation never ended";
+    }
+
+    bool sawText(const std::string& text) const { return std::find(texts.begin(), texts.end(), text) != texts.end(); }
+    int countText(const std::string& text) const { return static_cast<int>(std::count(texts.begin(), texts.end(), text)); }
+
+    int requestsOf(std::uint8_t command) const
+    {
+        const auto& heard = port->unit().requests();
+        return static_cast<int>(std::count(heard.begin(), heard.end(), command));
+    }
+
+    bool write()
+    {
+        prompter.expect(kSummaryQuestion, Answer::No);
+        if (!session->Send(TransferKind::Database, clock.now()))
+            return false;
+        runToEnd();
+        return true;
+    }
+
+    std::filesystem::path fileOf(std::size_t size, const std::string& name, std::uint8_t seed = 1)
+    {
+        std::vector<char> bytes(size);
+        for (std::size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<char>((i * 7 + seed) & 0xFF);
+        std::ofstream(dir / name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(size));
+        return dir / name;
+    }
+};
+
+} // namespace
+
+TEST_F(SessionTest, WritingTheDatabaseSendsTheImageInWireOrderAndReportsSuccess)
+{
+    space.image.alm[0].port = 0x0102;
+    space.image.hardware.port[3].debounce = 0x0A0B;
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(session->view().status, "Database transferred to the Rk4");
+    EXPECT_EQ(session->view().line1, "Success");
+    EXPECT_TRUE(sawText("Checking Rk4 version"));
+    EXPECT_TRUE(sawText("Transmitting packet 1 of 2"));
+    EXPECT_TRUE(sawText("Transmitting packet 2 of 2"));
+    EXPECT_EQ(session->view().version, "Product: BRK4-CEL  Version: 2.14");
+    EXPECT_FALSE(session->view().progressOpen);
+
+    // The unit stores the image as a .dat holds it: the memory image came back
+    // to host order and carries the transfer stamp.
+    const auto& stored = port->unit().store.database;
+    ASSERT_EQ(stored.size(), dbasesize);
+    EXPECT_EQ(Database::fromImage(std::span<const std::uint8_t, dbasesize>(stored.data(), dbasesize)), space.image);
+    EXPECT_EQ(space.image.alm[0].port, 0x0102);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(space.image.gen.transferStamp.data())), "555555555");
+    EXPECT_EQ(requestsOf(CMD_END), 1);
+    EXPECT_EQ(requestsOf(CMD_LINK), 0) << "a version reply goes straight to the announce";
+}
+
+TEST_F(SessionTest, PackingSwapsTheListedWordsOnACopyAndZeroesThePacketTail)
+{
+    std::vector<std::uint8_t> staging(10 * kPacketSize, 0xEE);
+    space.image.alm[2].lowSetpoint = 0x1234;
+    space.image.alm[2].highSetpointDecimal = 0x5678; // travels as stored
+    const Database before = space.image;
+    EXPECT_EQ(packDatabase(space.image, false, staging), 2);
+    const std::size_t point = kPointOffset + 2 * PointRecord::size;
+    EXPECT_EQ(staging[point + 26], 0x12);
+    EXPECT_EQ(staging[point + 27], 0x34);
+    EXPECT_EQ(staging[point + 64], 0x78);
+    EXPECT_EQ(staging[kHardwareOffset + 1], 0x00) << "debounce 2 goes high byte first";
+    EXPECT_EQ(staging[kHardwareOffset + 2], 0x02);
+    EXPECT_TRUE(std::all_of(staging.begin() + dbasesize, staging.begin() + 2 * kPacketSize,
+                            [](std::uint8_t b) { return b == 0; }));
+    EXPECT_EQ(space.image.alm[2].lowSetpoint, 0x1234) << "the image keeps host order";
+    EXPECT_EQ(unpackDatabase(staging), space.image);
+    EXPECT_EQ(space.image.alm, before.alm);
+}
+
+TEST_F(SessionTest, ASecondWriteInTheSameDialogSkipsTheVersionCheck)
+{
+    ASSERT_TRUE(write());
+    ASSERT_TRUE(write());
+    EXPECT_EQ(requestsOf(CMD_VERSION), 1);
+    EXPECT_EQ(requestsOf(CMD_LINK), 1);
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+}
+
+TEST_F(SessionTest, BusyAnswersAreRepeatedWithoutCountingAttempts)
+{
+    UnitOptions options;
+    options.faults.push_back(*parseFault("nak:version:0:6"));
+    options.faults.push_back(*parseFault("nak:packet:0:5"));
+    makeUnit(options);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(requestsOf(CMD_VERSION), 7);
+    EXPECT_FALSE(sawText("No response - retry 1"));
+}
+
+TEST_F(SessionTest, CorruptedAndNoisyRepliesAreRetriedAndTheWriteStillSucceeds)
+{
+    UnitOptions options;
+    options.faults.push_back(*parseFault("crc:packet:0:2"));
+    options.faults.push_back(*parseFault("noise:any:0:0"));
+    makeUnit(options);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(countText("No response - retry 1"), 1);
+    EXPECT_EQ(countText("No response - retry 2"), 1);
+}
+
+TEST_F(SessionTest, ASilentUnitGoesToTheSecondPassAndThenFails)
+{
+    UnitOptions options;
+    options.faults.push_back(*parseFault("silence:any:0:0"));
+    makeUnit(options);
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
+    EXPECT_EQ(requestsOf(CMD_VERSION), 3);
+    EXPECT_EQ(requestsOf(CMD_LINK), 3);
+    EXPECT_EQ(requestsOf(CMD_LINK_ALT), 3);
+    EXPECT_TRUE(sawText("No version available - trying alternate connection."));
+    EXPECT_TRUE(sawText("Communications Failure - Starting second pass."));
+    EXPECT_EQ(session->view().status, "Communications Failure - Check connection.");
+    EXPECT_EQ(session->view().line2, "Communications Failure - Check connection.");
+    EXPECT_EQ(space.image.gen.transferStamp[0], 0) << "nothing was packed";
+}
+
+TEST_F(SessionTest, AnOlderUnitIsReachedOnTheSecondPassAndLosesTheSelectorsItDoesNotKnow)
+{
+    UnitOptions options;
+    options.olderUnit = true;
+    makeUnit(options);
+    space.image.alm[4].unitSelector[1] = 19;
+    space.image.alm[5].unitSelector[1] = 20;
+    space.image.alm[6].unitSelector[1] = 18;
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(space.image.alm[4].unitSelector[1], 0);
+    EXPECT_EQ(space.image.alm[5].unitSelector[1], 0);
+    EXPECT_EQ(space.image.alm[6].unitSelector[1], 18);
+}
+
+TEST_F(SessionTest, ThePortThatWillNotOpenStopsBeforeAnythingIsSent)
+{
+    port->memory().refuseOpen("Permission denied");
+    prompter.expect(kSummaryQuestion, Answer::No);
+    EXPECT_FALSE(session->Send(TransferKind::Database, clock.now()));
+    ASSERT_FALSE(prompter.messages().empty());
+    EXPECT_EQ(prompter.messages().back().text, "Error opening COM port");
+    EXPECT_EQ(prompter.messages().back().detail, "Permission denied");
+    EXPECT_FALSE(session->view().progressOpen);
+}
+
+TEST_F(SessionTest, WarningsBeforeAWriteCanCancelIt)
+{
+    space.image.gen.securityLevel = 1; // remote programming on, no access code
+    bool summaryOpened = false;
+    session->openSummary = [&] { summaryOpened = true; };
+    prompter
+        .expectPrefix("The Access Code has not been entered in the General section.", Answer::No)
+        .expect(kSummaryQuestion, Answer::Yes)
+        .expect("Do you want to continue with programming?", Answer::No);
+    EXPECT_FALSE(session->Send(TransferKind::Database, clock.now()));
+    EXPECT_TRUE(summaryOpened);
+    EXPECT_TRUE(prompter.finished());
+    EXPECT_TRUE(port->unit().requests().empty());
+}
+
+TEST_F(SessionTest, VocabularyFilesMustBeWholePackets)
+{
+    prompter.expect("x", Answer::Yes).clear();
+    EXPECT_FALSE(session->Send(TransferKind::Vocabulary, clock.now(), fileOf(4097, "voc.bin")));
+    EXPECT_TRUE(prompter.saw(" VOCABULARY FILE IS NOT VALID "));
+    EXPECT_FALSE(session->Send(TransferKind::Vocabulary, clock.now(), dir / "missing.bin"));
+    EXPECT_TRUE(prompter.saw(" CANNOT OPEN VOCABULARY FILE "));
+    EXPECT_FALSE(session->Send(TransferKind::Voices, clock.now(), fileOf(100, "short.msg")));
+    EXPECT_TRUE(prompter.saw(" VOICE MESSAGE FILE IS NOT VALID "));
+}
+
+TEST_F(SessionTest, AVocabularyWriteStreamsTheFileAndCallsForAttention)
+{
+    const auto file = fileOf(12 * kPacketSize, "voc8xx.bin");
+    int beeps = 0;
+    session->beep = [&] { ++beeps; };
+    ASSERT_TRUE(session->Send(TransferKind::Vocabulary, clock.now(), file));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(session->view().status, "Vocab succesfully transferred to the Rk4");
+    EXPECT_EQ(port->unit().store.vocabulary, *readWholeFile(file));
+    EXPECT_TRUE(session->attention());
+    session->IdleAction(clock.now() + 1000);
+    session->IdleAction(clock.now() + 1500);
+    session->IdleAction(clock.now() + 2000);
+    EXPECT_EQ(beeps, 2) << "once a second";
+    session->clearAttention();
+    session->IdleAction(clock.now() + 5000);
+    EXPECT_EQ(beeps, 2);
+}
+
+TEST_F(SessionTest, ASecondPassVocabularyWriteSendsSixtyFourPackets)
+{
+    UnitOptions options;
+    options.olderUnit = true;
+    makeUnit(options);
+    ASSERT_TRUE(session->Send(TransferKind::Vocabulary, clock.now(), fileOf(3 * kPacketSize, "voc.bin")));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_TRUE(sawText("Transmitting packet 64 of 64"));
+    EXPECT_EQ(requestsOf(CMD_PACKET), 64);
+}
+
+TEST_F(SessionTest, AVoiceWriteWaitsTenSecondsForTheUnitToEraseItsStore)
+{
+    const auto file = fileOf(3 * kPacketSize, "rk4.msg", 9);
+    ASSERT_TRUE(session->Send(TransferKind::Voices, clock.now(), file));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_TRUE(sawText("Waiting for Rk4 to initialize voice storage memory."));
+    EXPECT_TRUE(sawText("10 seconds remaining."));
+    EXPECT_TRUE(sawText("1 seconds remaining."));
+    EXPECT_EQ(port->unit().store.voices, *readWholeFile(file));
+    EXPECT_EQ(session->view().status, "Voices transferred to the Rk4");
+}
+
+TEST_F(SessionTest, ReadingTheDatabaseReplacesTheImageOnlyWhenComplete)
+{
+    Database unitImage;
+    unitImage.gen.basicMode = 1;
+    ClearDatabase(unitImage, false);
+    unitImage.gen.name[0] = 'U';
+    const ImageBytes bytes = unitImage.toBytes();
+    port->unit().store.database.assign(bytes.begin(), bytes.end());
+
+    ASSERT_TRUE(session->Receive(TransferKind::Database, clock.now()));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(space.image, unitImage);
+    EXPECT_EQ(session->view().status, "Configuration data read from the Rk4");
+    EXPECT_EQ(modeChanges, 1) << "a Basic image read into Advanced mode switches the window";
+    EXPECT_TRUE(space.DatabaseChanged);
+}
+
+TEST_F(SessionTest, AFailedReadLeavesTheImageAlone)
+{
+    UnitOptions options;
+    options.faults.push_back(*parseFault("silence:packet:1:0"));
+    makeUnit(options);
+    const Database before = space.image;
+    ASSERT_TRUE(session->Receive(TransferKind::Database, clock.now()));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
+    EXPECT_EQ(session->view().line2, "Transfer failed at packet number 2");
+    EXPECT_EQ(space.image, before);
+    EXPECT_EQ(modeChanges, 0);
+}
+
+TEST_F(SessionTest, AVoiceReadEndingAfterFivePacketsKeepsFiveBlocksOfData)
+{
+    std::vector<std::uint8_t> voices(5 * kPacketSize);
+    for (std::size_t i = 0; i < voices.size(); ++i)
+        voices[i] = static_cast<std::uint8_t>(i / 7);
+    port->unit().store.voices = voices;
+    const auto target = dir / "read.msg";
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), target));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(*readWholeFile(target), voices);
+    EXPECT_TRUE(sawText("Select a file for storage"));
+    EXPECT_FALSE(std::filesystem::exists(dir / "voice.tmp"));
+}
+
+TEST_F(SessionTest, AVoiceReadWithNoDataFails)
+{
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), dir / "none.msg"));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
+    EXPECT_EQ(session->view().line2, "Not enough voice data to be valid.");
+    EXPECT_FALSE(std::filesystem::exists(dir / "none.msg"));
+}
