@@ -10,6 +10,7 @@ namespace {
 constexpr Verb kVerbs[] = {
     {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
+    {"dirs", "FILE.dat", "list the lines of the six directories", runDirs},
 };
 
 void printOverview(std::ostream& out)
