@@ -77,6 +77,8 @@ void ProgrammingSession::IdleAction(Millis now)
         if (beep)
             beep();
         attentionDeadline += 1000;
+        if (attentionDeadline <= now) // idle calls paused: no burst of catch-up beeps
+            attentionDeadline = now + 1000;
     }
 }
 
