@@ -1,0 +1,194 @@
+#include "core/link/link_session.h"
+#include "core/link/memory_transport.h"
+#include "tests/core/link/link_test_support.h"
+
+#include <gtest/gtest.h>
+
+using namespace rk4;
+using namespace rk4::link;
+using rk4::test::finish;
+using rk4::test::unitReply;
+
+namespace {
+
+struct Exchange : ::testing::Test {
+    ManualClock clock{1000};
+    MemoryLink memory;
+    LinkSession session{memory.tool()};
+    std::vector<std::string> shown;
+
+    void SetUp() override
+    {
+        memory.tool().open();
+        session.showProgress = [this](const std::string& text) { shown.push_back(text); };
+    }
+    void fromUnit(const std::vector<std::uint8_t>& bytes) { memory.unit().write(bytes); }
+    std::vector<std::uint8_t> sentToUnit()
+    {
+        std::vector<std::uint8_t> bytes(memory.pendingToUnit());
+        memory.unit().read(bytes);
+        return bytes;
+    }
+    std::vector<std::uint8_t> dataReply(std::uint8_t fill, std::uint16_t number = 0)
+    {
+        return unitReply(REPLY_DATA, std::vector<std::uint8_t>(kPacketSize, fill), kFromUnit, number);
+    }
+};
+
+} // namespace
+
+TEST_F(Exchange, SendsTheFrameAfterPurgingStaleBytes)
+{
+    fromUnit({0x16, 0x01, 0x90}); // left over from an earlier reply
+    session.start(CMD_LINK, 10000, false, clock.now());
+    EXPECT_EQ(memory.pendingToTool(), 0u);
+    const auto sent = sentToUnit();
+    ASSERT_EQ(sent.size(), 7u);
+    EXPECT_EQ(sent[2], CMD_LINK);
+}
+
+TEST_F(Exchange, AcceptsAReplyAfterLineNoise)
+{
+    session.start(CMD_LINK, 0, false, clock.now());
+    auto bytes = unitReply(REPLY_ACK);
+    bytes.insert(bytes.begin(), {0x00, 0xFF, 0x55});
+    fromUnit(bytes);
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Good);
+}
+
+TEST_F(Exchange, AStartByteInTheNoiseBeginsTheFrameTooEarlyAndFails)
+{
+    session.start(CMD_LINK, 0, false, clock.now());
+    auto bytes = unitReply(REPLY_ACK);
+    bytes.insert(bytes.begin(), {0x00, 0x16, 0x55});
+    fromUnit(bytes);
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+}
+
+TEST_F(Exchange, RejectsAnEchoOfTheRequestAndAWrongCodeOrCrc)
+{
+    session.start(CMD_LINK, 0, false, clock.now());
+    fromUnit(unitReply(REPLY_ACK, {}, kFromTool));
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+
+    session.start(CMD_LINK, 0, false, clock.now());
+    fromUnit(unitReply(REPLY_VERSION));
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+
+    session.start(CMD_LINK, 0, false, clock.now());
+    auto damaged = unitReply(REPLY_ACK);
+    damaged[6] ^= 0x01;
+    fromUnit(damaged);
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+}
+
+TEST_F(Exchange, SilenceFailsAfterOneSecond)
+{
+    const Millis started = clock.now();
+    session.start(CMD_VERSION, 0, false, started);
+    clock.set(started + 999);
+    EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Pending);
+    EXPECT_LE(session.nextPollAt(clock.now()), started + 1000);
+    clock.set(started + 1000);
+    EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Failed);
+}
+
+TEST_F(Exchange, EveryByteGivesTheNextAnotherSecond)
+{
+    const auto reply = unitReply(REPLY_ACK);
+    session.start(CMD_LINK, 0, false, clock.now());
+    for (std::uint8_t byte : reply) {
+        clock.advance(900);
+        EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Pending);
+        fromUnit({byte});
+    }
+    EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Good);
+}
+
+TEST_F(Exchange, ABusyAnswerIsReportedAtOnce)
+{
+    session.start(CMD_VERSION, 0, false, clock.now());
+    fromUnit({0x15, 0x01, 0x8A, 0x00, 0x00});
+    EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Busy);
+    EXPECT_EQ(session.rxBuffer[0], kBusyByte);
+}
+
+TEST_F(Exchange, VersionReplyGivesProductAndFirmware)
+{
+    session.start(CMD_VERSION, 10000, false, clock.now());
+    const std::string text = "RK4-CEL2.14";
+    std::vector<std::uint8_t> body(16, 0);
+    std::copy(text.begin(), text.end(), body.begin());
+    fromUnit(unitReply(REPLY_VERSION, body));
+    ASSERT_EQ(finish(session, clock), ExchangeStatus::Good);
+    EXPECT_EQ(session.product(), "RK4-CEL");
+    EXPECT_EQ(session.firmware(), "2.14");
+}
+
+TEST_F(Exchange, DataReplyIsStoredByPacketIndexAndShowsProgressOnce)
+{
+    session.packetIndex = 1;
+    session.start(CMD_PACKET, 1, false, clock.now());
+    EXPECT_TRUE(session.progress);
+    fromUnit(dataReply(0xAB, 1));
+    ASSERT_EQ(finish(session, clock), ExchangeStatus::Good);
+    EXPECT_EQ(session.packetIndex, 2);
+    EXPECT_EQ(session.staging[kPacketSize], 0xAB);
+    EXPECT_EQ(session.staging[2 * kPacketSize - 1], 0xAB);
+    EXPECT_EQ(session.staging[0], 0x00);
+    EXPECT_EQ(shown, std::vector<std::string>{"Receiving packet 2"});
+}
+
+TEST_F(Exchange, StreamedDataRepliesWrapTheBlockSlot)
+{
+    session.kind = TransferKind::Voices;
+    session.blockSlot = 9;
+    session.packetIndex = 19;
+    session.start(CMD_PACKET, 19, false, clock.now());
+    fromUnit(dataReply(0x5A, 19));
+    ASSERT_EQ(finish(session, clock), ExchangeStatus::Good);
+    EXPECT_EQ(session.staging[9 * kPacketSize], 0x5A);
+    EXPECT_EQ(session.blockSlot, 0);
+    EXPECT_EQ(session.packetIndex, 20);
+}
+
+TEST_F(Exchange, AnAcknowledgeInPlaceOfDataFailsButMarksTheEndOfData)
+{
+    session.start(CMD_PACKET, 3, false, clock.now());
+    const Millis started = clock.now();
+    fromUnit(unitReply(REPLY_ACK));
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+    EXPECT_GE(clock.now(), started + 1000);
+    EXPECT_TRUE(session.IsEndOfData());
+    EXPECT_EQ(session.packetIndex, 0);
+
+    // Plain silence is not the end of the data.
+    session.start(CMD_PACKET, 3, false, clock.now());
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+    EXPECT_FALSE(session.IsEndOfData());
+}
+
+TEST_F(Exchange, EndOfSessionWaitsForNoReply)
+{
+    session.start(CMD_END, 10000, false, clock.now());
+    EXPECT_EQ(session.status(), ExchangeStatus::Sent);
+    EXPECT_EQ(sentToUnit().size(), 7u);
+}
+
+TEST_F(Exchange, AWriteThatCannotFinishIsAbandonedAfterItsLengthAndHalfASecond)
+{
+    // Ten baud: seven bytes would take seven seconds.
+    PacedTransport slow(memory.tool(), clock, 10);
+    LinkSession slowSession(slow);
+    const Millis started = clock.now();
+    slowSession.start(CMD_LINK, 0, false, started);
+    clock.set(started + 506);
+    EXPECT_EQ(slowSession.poll(clock.now()), ExchangeStatus::Pending);
+    // At 507 ms the reply wait begins and its second starts then.
+    clock.set(started + 507);
+    slowSession.poll(clock.now());
+    clock.set(started + 1506);
+    EXPECT_EQ(slowSession.poll(clock.now()), ExchangeStatus::Pending);
+    clock.set(started + 1507);
+    EXPECT_EQ(slowSession.poll(clock.now()), ExchangeStatus::Failed);
+}

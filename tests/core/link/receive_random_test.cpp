@@ -1,0 +1,139 @@
+// Arbitrary bytes on the line, cut into arbitrary pieces at arbitrary times:
+// the receivers must never read out of bounds and never call a bad frame good.
+
+#include "core/link/link_session.h"
+#include "core/link/memory_transport.h"
+#include "core/link/simulated_unit.h"
+#include "tests/core/link/link_test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace rk4;
+using namespace rk4::link;
+
+namespace {
+
+constexpr std::array<std::uint8_t, 3> kExpectations{CMD_VERSION, CMD_LINK, CMD_PACKET};
+
+std::vector<std::uint8_t> randomBytes(std::mt19937& random, std::size_t count, bool likeFrames)
+{
+    std::vector<std::uint8_t> bytes(count);
+    for (auto& byte : bytes) {
+        byte = static_cast<std::uint8_t>(random());
+        // Lean towards the bytes that steer the receiver.
+        if (likeFrames && random() % 4 == 0)
+            byte = std::array<std::uint8_t, 5>{0x16, 0x01, 0x15, 0x90, 0x20}[random() % 5];
+    }
+    return bytes;
+}
+
+// Runs one exchange while `line` trickles in, in random pieces and at random times.
+ExchangeStatus receive(LinkSession& session, MemoryLink& memory, ManualClock& clock, std::mt19937& random,
+                       std::vector<std::uint8_t> line)
+{
+    std::size_t at = 0;
+    ExchangeStatus status = ExchangeStatus::Pending;
+    while (status == ExchangeStatus::Pending) {
+        if (at < line.size()) {
+            const std::size_t piece = std::min<std::size_t>(line.size() - at, 1 + random() % 700);
+            memory.unit().write(std::span(line).subspan(at, piece));
+            at += piece;
+        }
+        clock.advance(random() % 3 == 0 ? random() % 1200 : random() % 20);
+        status = session.poll(clock.now());
+    }
+    return status;
+}
+
+} // namespace
+
+TEST(RandomReplies, NeverPassAsGoodUnlessTheyAreGood)
+{
+    std::mt19937 random(20240611);
+    ManualClock clock;
+    MemoryLink memory;
+    memory.tool().open();
+    LinkSession session(memory.tool());
+    int good = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const std::uint8_t command = kExpectations[random() % kExpectations.size()];
+        session.kind = random() % 2 ? TransferKind::Database : TransferKind::Voices;
+        session.packetIndex = static_cast<int>(random() % 12);
+        session.blockSlot = static_cast<int>(random() % 11);
+        const int indexBefore = session.packetIndex;
+        session.start(command, session.packetIndex, false, clock.now());
+
+        auto line = randomBytes(random, random() % 4400, true);
+        // Now and then a real reply in the noise, so the good path is walked too.
+        if (random() % 3 == 0) {
+            const std::uint8_t code = expectedReplyFor(command, false).code;
+            auto reply = test::unitReply(code, std::vector<std::uint8_t>(expectedLength(code) - 7, 0x42));
+            const std::size_t at = random() % 2 ? 0 : random() % (line.size() + 1);
+            line.insert(line.begin() + static_cast<std::ptrdiff_t>(at), reply.begin(), reply.end());
+        }
+        const ExchangeStatus status = receive(session, memory, clock, random, line);
+        ASSERT_NE(status, ExchangeStatus::Sent);
+        if (status == ExchangeStatus::Good) {
+            ++good;
+            ASSERT_EQ(session.rxBuffer[0], kStartByte);
+            ASSERT_EQ(session.rxBuffer[1], kFromUnit);
+            ASSERT_EQ(session.rxBuffer[2], expectedReplyFor(command, false).code);
+            ASSERT_TRUE(session.CheckRXCRC(session.expectedLength));
+        }
+        const bool stored = status == ExchangeStatus::Good && command == CMD_PACKET;
+        ASSERT_EQ(session.packetIndex, indexBefore + (stored ? 1 : 0));
+        ASSERT_GE(session.blockSlot, 0);
+        ASSERT_LE(session.blockSlot, 10);
+    }
+    EXPECT_GT(good, 100); // the good path was really taken
+}
+
+TEST(RandomReplies, AGoodReplyAfterNoiseIsAlwaysReceived)
+{
+    std::mt19937 random(7);
+    ManualClock clock;
+    MemoryLink memory;
+    memory.tool().open();
+    LinkSession session(memory.tool());
+    for (int round = 0; round < 500; ++round) {
+        std::vector<std::uint8_t> line = randomBytes(random, random() % 300, false);
+        std::erase_if(line, [](std::uint8_t b) { return b == kStartByte || b == kBusyByte; });
+        std::vector<std::uint8_t> body(16);
+        for (auto& byte : body)
+            byte = static_cast<std::uint8_t>(random());
+        const auto reply = test::unitReply(REPLY_VERSION, body);
+        line.insert(line.end(), reply.begin(), reply.end());
+        session.start(CMD_VERSION, 0, false, clock.now());
+        ASSERT_EQ(receive(session, memory, clock, random, line), ExchangeStatus::Good);
+        ASSERT_TRUE(std::equal(body.begin(), body.end(), session.rxBuffer.begin() + 5));
+    }
+}
+
+TEST(RandomRequests, DoNotUpsetTheSimulatedUnit)
+{
+    std::mt19937 random(99);
+    ManualClock clock;
+    MemoryLink memory;
+    SimulatedUnit unit(memory.unit());
+    memory.tool().open();
+    for (int round = 0; round < 2000; ++round) {
+        auto bytes = randomBytes(random, random() % 5000, true);
+        // Valid requests now and then, so the unit moves between its modes.
+        if (random() % 2 == 0) {
+            std::vector<std::uint8_t> request(7);
+            const std::array<std::uint8_t, 8> commands{CMD_LINK,          CMD_WRITE_VOICES, CMD_READ_DATABASE,
+                                                       CMD_READ_VOICES,   CMD_PACKET,       CMD_END,
+                                                       CMD_WRITE_DATABASE, CMD_VERSION};
+            buildFrame(request, kFromTool, commands[random() % commands.size()],
+                       static_cast<std::uint16_t>(random()), {});
+            bytes.insert(bytes.begin(), request.begin(), request.end());
+        }
+        memory.tool().write(bytes);
+        clock.advance(random() % 700);
+        unit.poll(clock.now());
+        memory.tool().purge(Purge::Receive);
+    }
+    EXPECT_FALSE(unit.requests().empty());
+}
