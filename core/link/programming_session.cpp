@@ -2,6 +2,7 @@
 
 #include "core/database/file.h"
 #include "core/link/packing.h"
+#include "core/link/serial_transport.h"
 
 #include <system_error>
 
@@ -107,12 +108,7 @@ bool ProgrammingSession::CheckWarnings()
 
 bool ProgrammingSession::openPort(Millis now)
 {
-    if (transport->isOpen()) {
-        return true;
-    }
-    const OpenResult opened = transport->open();
-    if (!opened.ok) {
-        prompter.ask(Message{"", "Error opening COM port", Icon::Error, Buttons::Ok, opened.detail});
+    if (!SetUpPort(*transport, prompter)) {
         shown.progressOpen = false;
         if (onProgress)
             onProgress();
