@@ -1,0 +1,328 @@
+#include "gui/link/pgm_dialog.h"
+
+#include "gui/link/com_dialog.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace rk4::gui {
+
+namespace {
+
+// The service short-cut: a right double-click in the lower right corner writes
+// the vocabulary without the two questions.
+constexpr int kShortcutX = 421;
+constexpr int kShortcutY = 181;
+
+QPushButton* transferButton(QWidget* parent, const QString& text, const char* name, const QString& help)
+{
+    auto* button = new QPushButton(text, parent);
+    button->setObjectName(name);
+    button->setWhatsThis(help);
+    button->setToolTip(help);
+    button->setMinimumHeight(32);
+    return button;
+}
+
+QStringList candidateDevices(const QString& current)
+{
+    QStringList devices;
+    if (!current.isEmpty())
+        devices << current;
+    const QDir dev("/dev");
+    for (const QString& pattern : {"ttyUSB*", "ttyACM*"})
+        for (const QString& name : dev.entryList({pattern}, QDir::System, QDir::Name))
+            devices << "/dev/" + name;
+    for (int i = 0; i < 4; ++i)
+        devices << QString("/dev/ttyS%1").arg(i);
+    devices.removeDuplicates();
+    return devices;
+}
+
+} // namespace
+
+link::SimulatedUnitPort& PgmDialog::simulatedUnit()
+{
+    // One demo unit for the whole run, so what was written can be read back.
+    static SteadyClock demoClock;
+    static link::SimulatedUnitPort unit(demoClock, link::UnitOptions{}, 19200);
+    return unit;
+}
+
+PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
+    : QDialog(parent), workspace(workspace), prompter(prompter),
+      bindings(link::PortBindings::load(link::portBindingsPath(workspace.workingDirectory())))
+{
+    setObjectName("pgmDialog");
+    setWindowTitle("Program the Rk4");
+    setFixedSize(560, 300);
+
+    auto* layout = new QVBoxLayout(this);
+
+    auto* portBox = new QGroupBox("Connection", this);
+    auto* portLayout = new QHBoxLayout(portBox);
+    portCombo = new QComboBox(portBox);
+    portCombo->setObjectName("portCombo");
+    for (int slot = 0; slot < link::kPortSlotCount; ++slot)
+        portCombo->addItem(QString::fromStdString(link::portSlotName(slot)));
+    portCombo->addItem("Simulated unit (demo)");
+    portCombo->setWhatsThis("The serial port the Rk4 is cabled to. The last entry is a simulated unit built into the "
+                            "programmer, for trying every transfer without hardware.");
+    portPathLabel = new QLabel(portBox);
+    portPathLabel->setObjectName("portPathLabel");
+    portPathLabel->setStyleSheet("color: palette(mid);");
+    auto* deviceButton = new QPushButton("Device...", portBox);
+    deviceButton->setObjectName("deviceButton");
+    deviceButton->setWhatsThis("Choose the device this port entry opens, such as /dev/ttyUSB0.");
+    portLayout->addWidget(new QLabel("Port:", portBox));
+    portLayout->addWidget(portCombo);
+    portLayout->addWidget(portPathLabel, 1);
+    portLayout->addWidget(deviceButton);
+    layout->addWidget(portBox);
+
+    auto* actions = new QGridLayout;
+    auto* sendData = transferButton(this, "Write to Rk4", "sendDataButton",
+                                    "Send the configuration in the programmer to the unit.");
+    auto* receiveData = transferButton(this, "Read from Rk4", "receiveDataButton",
+                                       "Read the unit's configuration into the programmer.");
+    auto* sendVoice = transferButton(this, "Write Voices...", "sendVoiceButton",
+                                     "Send a voice message file (*.msg) to the unit.");
+    auto* receiveVoice = transferButton(this, "Read Voices...", "receiveVoiceButton",
+                                        "Read the unit's voice messages into a file (*.msg).");
+    auto* writeVocab = transferButton(this, "Write Vocabulary...", "writeVocabButton",
+                                      "Send a vocabulary file (*.bin) to the unit. This erases its stored voices.");
+    actions->addWidget(sendData, 0, 0);
+    actions->addWidget(receiveData, 0, 1);
+    actions->addWidget(sendVoice, 1, 0);
+    actions->addWidget(receiveVoice, 1, 1);
+    actions->addWidget(writeVocab, 2, 0);
+    layout->addLayout(actions);
+    transferButtons = {sendData, receiveData, sendVoice, receiveVoice, writeVocab, deviceButton};
+
+    auto* lines = new QGridLayout;
+    statusLabel = new QLabel(this);
+    statusLabel->setObjectName("statusLabel");
+    versionLabel = new QLabel(this);
+    versionLabel->setObjectName("versionLabel");
+    lines->addWidget(new QLabel("Status:", this), 0, 0);
+    lines->addWidget(statusLabel, 0, 1);
+    lines->addWidget(new QLabel("Unit:", this), 1, 0);
+    lines->addWidget(versionLabel, 1, 1);
+    lines->setColumnStretch(1, 1);
+    layout->addLayout(lines);
+    layout->addStretch();
+
+    auto* bottom = new QHBoxLayout;
+    bottom->addStretch();
+    doneButton = new QPushButton("Done", this);
+    doneButton->setObjectName("doneButton");
+    doneButton->setWhatsThis("Close the port and this dialog.");
+    bottom->addWidget(doneButton);
+    layout->addLayout(bottom);
+
+    progress = new ComDialog(this);
+    stepTimer = new QTimer(this);
+    stepTimer->setSingleShot(true);
+    idleTimer = new QTimer(this);
+    idleTimer->setInterval(100);
+
+    const int saved = workspace.cfg.portIndex();
+    portCombo->setCurrentIndex(saved);
+    serialPort = std::make_unique<link::SerialTransport>(bindings.path(saved));
+    programming = std::make_unique<link::ProgrammingSession>(workspace, *serialPort, prompter);
+    programming->programDirectory = QApplication::applicationDirPath().toStdString();
+    programming->onText = [this](link::SessionLine, const std::string&) { refresh(); };
+    programming->onProgress = [this] { refresh(); };
+    programming->beep = [] { QApplication::beep(); };
+
+    connect(sendData, &QPushButton::clicked, this, &PgmDialog::CmSendData);
+    connect(receiveData, &QPushButton::clicked, this, &PgmDialog::CmReceiveData);
+    connect(sendVoice, &QPushButton::clicked, this, &PgmDialog::CmSendVoice);
+    connect(receiveVoice, &QPushButton::clicked, this, &PgmDialog::CmReceiveVoice);
+    connect(writeVocab, &QPushButton::clicked, this, &PgmDialog::CmWriteVocab);
+    connect(deviceButton, &QPushButton::clicked, this, &PgmDialog::CmPortDevice);
+    connect(doneButton, &QPushButton::clicked, this, &PgmDialog::CmDone);
+    connect(portCombo, &QComboBox::currentIndexChanged, this, &PgmDialog::CmComPort);
+    connect(stepTimer, &QTimer::timeout, this, &PgmDialog::pollSession);
+    connect(idleTimer, &QTimer::timeout, this, &PgmDialog::IdleAction);
+    idleTimer->start();
+    refresh();
+}
+
+PgmDialog::~PgmDialog()
+{
+    if (programming)
+        programming->closePort();
+}
+
+void PgmDialog::useChosenPort()
+{
+    const int index = portCombo->currentIndex();
+    if (index == kSimulatedUnitIndex) {
+        programming->changeTransport(simulatedUnit());
+    } else {
+        serialPort->setPath(bindings.path(index));
+        programming->changeTransport(*serialPort);
+    }
+}
+
+void PgmDialog::CmComPort(int index)
+{
+    if (programming->running())
+        return;
+    if (index >= 0 && index < link::kPortSlotCount)
+        workspace.SavePort(index, prompter);
+    // Purges and closes the old port, so the next transfer opens the new one.
+    useChosenPort();
+    refresh();
+}
+
+void PgmDialog::CmPortDevice()
+{
+    const int slot = portCombo->currentIndex();
+    if (slot >= link::kPortSlotCount || programming->running())
+        return;
+    const QString current = QString::fromStdString(bindings.boundPath(slot));
+    bool ok = false;
+    const QString chosen =
+        QInputDialog::getItem(this, "Port Device",
+                              QString("Device for %1:").arg(QString::fromStdString(link::portSlotName(slot))),
+                              candidateDevices(current), 0, true, &ok);
+    if (!ok)
+        return;
+    bindings.bind(slot, chosen.trimmed().toStdString());
+    bindings.save(link::portBindingsPath(workspace.workingDirectory()));
+    useChosenPort();
+    refresh();
+}
+
+void PgmDialog::startTransfer(bool started)
+{
+    refresh();
+    if (started)
+        pollSession();
+}
+
+void PgmDialog::CmSendData() { startTransfer(programming->Send(link::TransferKind::Database, clock.now())); }
+
+void PgmDialog::CmWriteVocab()
+{
+    if (prompter.ask(Message{"WARNING",
+                             " Writing the vocabulary will destroy all of the stored voices in the Rk4!    Do you "
+                             "want to proceed?",
+                             Icon::Warning, Buttons::YesNo}) != Answer::Yes)
+        return;
+    if (prompter.ask(Message{"WARNING", "          ARE YOU SURE?          ", Icon::Warning, Buttons::YesNo}) !=
+        Answer::Yes)
+        return;
+    writeVocabulary();
+}
+
+void PgmDialog::writeVocabulary()
+{
+    startTransfer(programming->Send(link::TransferKind::Vocabulary, clock.now()));
+}
+
+void PgmDialog::CmSendVoice() { startTransfer(programming->Send(link::TransferKind::Voices, clock.now())); }
+
+void PgmDialog::CmReceiveData() { startTransfer(programming->Receive(link::TransferKind::Database, clock.now())); }
+
+void PgmDialog::CmReceiveVoice() { startTransfer(programming->Receive(link::TransferKind::Voices, clock.now())); }
+
+void PgmDialog::CmDone()
+{
+    if (programming->running())
+        return;
+    programming->closePort();
+    accept();
+}
+
+void PgmDialog::pollSession()
+{
+    programming->poll(clock.now());
+    refresh();
+    if (programming->running()) {
+        // Poll often enough to take bytes as they come; the session keeps its own deadlines.
+        const Millis now = clock.now();
+        const Millis next = programming->nextPollAt(now);
+        stepTimer->start(static_cast<int>(std::min<Millis>(next > now ? next - now : 0, 5)));
+    }
+}
+
+void PgmDialog::IdleAction() { programming->IdleAction(clock.now()); }
+
+void PgmDialog::refresh()
+{
+    const link::SessionView& view = programming->view();
+    statusLabel->setText(QString::fromStdString(view.status));
+    versionLabel->setText(QString::fromStdString(view.version));
+    const bool busy = programming->running();
+    for (QPushButton* button : transferButtons)
+        button->setEnabled(!busy);
+    portCombo->setEnabled(!busy);
+    doneButton->setEnabled(!busy);
+
+    const int index = portCombo->currentIndex();
+    if (index == kSimulatedUnitIndex)
+        portPathLabel->setText("built in, nothing to connect");
+    else
+        portPathLabel->setText(QString::fromStdString(bindings.path(index)) +
+                               (bindings.overridden(index) ? "  (from the environment)" : ""));
+
+    progress->setLines(QString::fromStdString(view.line1), QString::fromStdString(view.line2));
+    progress->setPackets(view.packetsDone, view.packetsTotal);
+    if (view.progressOpen && !progress->isVisible())
+        progress->show();
+    else if (!view.progressOpen && progress->isVisible())
+        progress->hide();
+}
+
+void PgmDialog::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        programming->clearAttention();
+    QDialog::mousePressEvent(event);
+}
+
+void PgmDialog::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QPoint at = event->position().toPoint();
+    if (event->button() == Qt::RightButton && at.x() >= kShortcutX && at.y() >= kShortcutY &&
+        !programming->running()) {
+        writeVocabulary();
+        return;
+    }
+    QDialog::mouseDoubleClickEvent(event);
+}
+
+void PgmDialog::closeEvent(QCloseEvent* event)
+{
+    if (programming->running()) {
+        event->ignore();
+        return;
+    }
+    programming->closePort();
+    QDialog::closeEvent(event);
+}
+
+void PgmDialog::reject()
+{
+    // Escape during a transfer must not abandon it half way.
+    if (programming->running())
+        return;
+    programming->closePort();
+    QDialog::reject();
+}
+
+} // namespace rk4::gui
