@@ -10,6 +10,7 @@ namespace {
 constexpr Verb kVerbs[] = {
     {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
+    {"ports", "[--dir DIR] [COMn DEVICE]", "show the serial ports, or bind one to a device", runPorts},
 };
 
 void printOverview(std::ostream& out)

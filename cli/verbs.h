@@ -32,5 +32,6 @@ int runCommandLine(const Arguments& args, Context& context);
 // Verb implementations.
 int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
+int runPorts(const Arguments& args, Context& context);
 
 } // namespace rk4::cli
