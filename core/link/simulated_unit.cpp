@@ -190,6 +190,9 @@ void SimulatedUnit::act(std::uint8_t command, std::uint16_t number, Millis now, 
         const std::string text = fixedWidth(options.product, kProductLength) + fixedWidth(options.firmware, kFirmwareLength);
         std::copy(text.begin(), text.end(), body.begin());
         reply = makeReply(REPLY_VERSION, 0, body);
+        // A unit that has answered the version query is in programming mode:
+        // the tool goes straight on to the announce without a link request.
+        link = Link::Normal;
         return;
     }
     case CMD_LINK:
