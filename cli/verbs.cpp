@@ -11,6 +11,7 @@ constexpr Verb kVerbs[] = {
     {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
     {"dirs", "FILE.dat", "list the lines of the six directories", runDirs},
+    {"ports", "[--dir DIR] [COMn DEVICE]", "show the serial ports, or bind one to a device", runPorts},
 };
 
 void printOverview(std::ostream& out)

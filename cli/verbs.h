@@ -33,5 +33,6 @@ int runCommandLine(const Arguments& args, Context& context);
 int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
 int runDirs(const Arguments& args, Context& context);
+int runPorts(const Arguments& args, Context& context);
 
 } // namespace rk4::cli

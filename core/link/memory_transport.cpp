@@ -82,24 +82,7 @@ bool PacedTransport::allSent()
 std::size_t PacedTransport::read(std::span<std::uint8_t> buffer)
 {
     release();
-    // Reading earns one character per character time; credit earned while
-    // nothing was waiting is lost, as an idle line carries nothing.
-    const std::uint64_t now = nowMicros();
-    if (!reading) {
-        reading = true;
-        lastRead = now;
-    }
-    readCredit += now - lastRead;
-    lastRead = now;
-    const std::size_t allowed = std::min<std::uint64_t>(readCredit / characterTime, buffer.size());
-    if (allowed == 0)
-        return 0;
-    const std::size_t count = inner.read(buffer.first(allowed));
-    if (count < allowed)
-        readCredit = 0;
-    else
-        readCredit -= count * characterTime;
-    return count;
+    return inner.read(buffer);
 }
 
 void PacedTransport::purge(Purge side)

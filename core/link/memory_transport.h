@@ -60,10 +60,11 @@ private:
     End unitEnd;
 };
 
-// Holds a transport to the pace of a serial line (10 bits a byte): bytes
-// written leave at one per character time, and bytes are read no faster than
-// a line could deliver them. Pacing the writes of both ends of a memory link
-// makes a transfer take as long as it would on the wire.
+// Holds a transport's writes to the pace of a serial line (10 bits a byte):
+// bytes leave at one per character time and allSent() holds until the last
+// has gone, as a UART's would. Pacing both ends of a memory link makes a
+// transfer take as long as it would on the wire. Reading is not held back:
+// the bytes read have already been paced by the writer.
 class PacedTransport final : public Transport {
 public:
     PacedTransport(Transport& inner, const Clock& clock, unsigned baud = 9600);
@@ -90,9 +91,6 @@ private:
     std::uint64_t characterTime;
     std::deque<std::uint8_t> outgoing;
     std::uint64_t sendLineFree = 0; // when the line is done with the last byte released
-    bool reading = false;
-    std::uint64_t lastRead = 0;
-    std::uint64_t readCredit = 0;
 };
 
 } // namespace rk4::link

@@ -109,18 +109,6 @@ TEST_F(OverPty, VersionAndLinkRequestsAreAnswered)
     EXPECT_EQ(sim.stop(), 0);
 }
 
-TEST_F(OverPty, AnOlderBusyUnitNeedsTheAlternateLink)
-{
-    UnitSim sim({"--older", "--fault", "nak:link-alt"});
-    connect(sim);
-    const Millis started = clock.now();
-    EXPECT_EQ(exchange(CMD_VERSION), ExchangeStatus::Failed);
-    EXPECT_GE(clock.now() - started, 1000u);
-    EXPECT_EQ(exchange(CMD_LINK_ALT), ExchangeStatus::Busy);
-    port.purge(Purge::Receive);
-    EXPECT_EQ(exchange(CMD_LINK_ALT), ExchangeStatus::Good);
-}
-
 TEST_F(OverPty, AWrittenDatabaseIsKeptInTheNamedFile)
 {
     test::TempDir dir;
