@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace rk4::gui {
@@ -87,8 +88,19 @@ HardwareWin::HardwareWin(Workspace& space, Prompter& prompter, HardwareEditor::M
     refresh();
     list->setCurrentRow(0);
 
-    const QFontMetrics metrics(font);
-    resize(metrics.horizontalAdvance(QString(96, 'M')), metrics.lineSpacing() * (outputs ? 22 : 15) + 80);
+    // The heading stands over the list's text columns.
+    heading->setIndent(list->frameWidth() + list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, list) +
+                       1);
+}
+
+QSize HardwareWin::sizeHint() const
+{
+    // Room for the longest line (a watchdog in seconds) and every port without scrolling.
+    const QFontMetrics metrics(list->font());
+    int lines = 0;
+    for (int row = 0; row < list->count(); ++row)
+        lines += static_cast<int>(list->item(row)->text().count('\n')) + 1;
+    return {metrics.horizontalAdvance(QString(92, 'M')) + 40, metrics.lineSpacing() * (lines + 1) + 90};
 }
 
 void HardwareWin::refresh()

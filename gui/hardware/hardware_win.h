@@ -18,6 +18,7 @@ public:
 
     Editor& editor() override { return hardware; }
     HardwareEditor& core() { return hardware; }
+    QSize sizeHint() const override;
 
 public slots:
     void EditLine();

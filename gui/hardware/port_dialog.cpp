@@ -144,6 +144,7 @@ QWidget* PortDialog::buildTypeRow()
     layout->setContentsMargins(0, 0, 0, 0);
     typeCombo = new QComboBox(row);
     typeCombo->setObjectName("typeCombo");
+    typeCombo->setMinimumWidth(typeCombo->fontMetrics().horizontalAdvance("TOTALIZER") * 2);
     for (const std::string& type : core.typeChoices())
         typeCombo->addItem(text(type));
     typeCombo->setCurrentIndex(core.typeIndex);

@@ -44,6 +44,7 @@ QMdiSubWindow* openEditorWindow(Main& main, EditorWindow* window)
     frame->setAttribute(Qt::WA_DeleteOnClose);
     frame->setWindowTitle(window->windowTitle());
     frame->setWindowIcon(main.windowIcon());
+    frame->resize(frame->sizeHint());
     QObject::connect(window, &EditorWindow::closed, &main, [&main] { main.updateCommands(); });
     frame->show();
     window->setFocus();

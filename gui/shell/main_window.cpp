@@ -134,10 +134,12 @@ void Main::addEditorCommands()
     QAction* inputs = addCommand(configureMenu, "&Inputs", "actionInputs", &Main::CmInputs,
                                  [this] { return space.navigation.isOn(NavFlag::Inputs); }, advanced);
     inputs->setStatusTip("Edit the eight hardware inputs");
+    inputs->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
     navigationBar->addAction(inputs);
     QAction* outputs = addCommand(configureMenu, "O&utputs", "actionOutputs", &Main::CmOutputs,
                                   [this] { return space.navigation.isOn(NavFlag::Outputs); }, advanced);
     outputs->setStatusTip("Edit the eight hardware outputs");
+    outputs->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
     navigationBar->addAction(outputs);
 }
 
