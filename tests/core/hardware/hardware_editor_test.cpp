@@ -357,12 +357,5 @@ TEST_F(HardwareEditorTest, SaveAnswerWritesTheCopy)
     EXPECT_TRUE(space.DatabaseChanged);
 }
 
-TEST(PadValue, RightAlignsWithoutCutting)
-{
-    EXPECT_EQ(PadValue("7", 3), "  7");
-    EXPECT_EQ(PadValue("1638.000", 8), "1638.000");
-    EXPECT_EQ(PadValue("123456789", 8), "123456789");
-}
-
 } // namespace
 } // namespace rk4
