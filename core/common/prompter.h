@@ -9,7 +9,8 @@
 namespace rk4 {
 
 enum class Icon { None, Information, Warning, Error, Question };
-enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+// SaveDiscardCancel answers Yes for save, No for discard, Cancel for go back.
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel, SaveDiscardCancel };
 enum class Answer { Ok, Cancel, Yes, No };
 
 struct Message {

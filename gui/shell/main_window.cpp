@@ -1,10 +1,16 @@
 #include "gui/shell/main_window.h"
 
+#include "gui/hardware/hardware_win.h"
+#include "gui/shell/editor_window.h"
+
+#include <algorithm>
+
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
@@ -129,6 +135,27 @@ void Main::buildMenus()
 void Main::addEditorCommands()
 {
     // Each editor adds its command here: a Configure menu entry and a navigation button.
+    auto advanced = [this] { return !space.basicMode(); };
+    QAction* inputs = addCommand(configureMenu, "&Inputs", "actionInputs", &Main::CmInputs,
+                                 [this] { return space.navigation.isOn(NavFlag::Inputs); }, advanced);
+    inputs->setStatusTip("Edit the eight hardware inputs");
+    inputs->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
+    navigationBar->addAction(inputs);
+    QAction* outputs = addCommand(configureMenu, "O&utputs", "actionOutputs", &Main::CmOutputs,
+                                  [this] { return space.navigation.isOn(NavFlag::Outputs); }, advanced);
+    outputs->setStatusTip("Edit the eight hardware outputs");
+    outputs->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
+    navigationBar->addAction(outputs);
+}
+
+void Main::CmInputs()
+{
+    openEditorWindow(*this, new HardwareWin(space, *activePrompter, HardwareEditor::Mode::Inputs));
+}
+
+void Main::CmOutputs()
+{
+    openEditorWindow(*this, new HardwareWin(space, *activePrompter, HardwareEditor::Mode::Outputs));
 }
 
 void Main::addToolCommands()
@@ -222,6 +249,14 @@ void Main::CmHelpAbout()
 
 void Main::closeEvent(QCloseEvent* event)
 {
+    // Open editors are left first, each with its own save-or-discard question.
+    mdi->closeAllSubWindows();
+    const QList<QMdiSubWindow*> open = mdi->subWindowList();
+    if (std::any_of(open.begin(), open.end(), [](QMdiSubWindow* window) { return window->isVisible(); })) {
+        event->ignore();
+        updateCommands();
+        return;
+    }
     if (space.CanClose(*activePrompter))
         event->accept();
     else

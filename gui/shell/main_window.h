@@ -45,6 +45,8 @@ public slots:
     void CmRunWizard();
     void CmHelpAbout();
     void CmHelpContents();
+    void CmInputs();
+    void CmOutputs();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

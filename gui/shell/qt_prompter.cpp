@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace rk4::gui {
 
@@ -26,11 +27,18 @@ Answer QtPrompter::ask(const Message& message)
     case Buttons::YesNoCancel:
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
         break;
+    case Buttons::SaveDiscardCancel:
+        box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+        box.button(QMessageBox::Cancel)->setText("Go Back");
+        box.setDefaultButton(QMessageBox::Cancel);
+        break;
     }
     box.setObjectName("messageBox");
     switch (box.exec()) {
-    case QMessageBox::Yes: return Answer::Yes;
-    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Yes:
+    case QMessageBox::Save: return Answer::Yes;
+    case QMessageBox::No:
+    case QMessageBox::Discard: return Answer::No;
     case QMessageBox::Ok: return Answer::Ok;
     default: return Answer::Cancel;
     }

@@ -1,0 +1,160 @@
+#include "gui/hardware/hardware_win.h"
+
+#include "gui/hardware/port_dialog.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace rk4::gui {
+
+namespace {
+
+// Two sizes of the fixed-pitch font: a small screen gets the smaller one.
+QFont listFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const bool small = screen && screen->geometry().width() <= 800;
+    font.setPointSize(small ? 8 : 10);
+    return font;
+}
+
+} // namespace
+
+HardwareWin::HardwareWin(Workspace& space, Prompter& prompter, HardwareEditor::Mode mode, QWidget* parent)
+    : EditorWindow(prompter, parent), hardware(space, mode)
+{
+    const bool outputs = mode == HardwareEditor::Mode::Outputs;
+    setObjectName(outputs ? "outputsWindow" : "inputsWindow");
+    setWindowTitle(QString::fromStdString(hardware.title()));
+    const QFont font = listFont();
+
+    heading = new QLabel(this);
+    heading->setObjectName("headingLabel");
+    heading->setFont(font);
+    heading->setText(QString::fromStdString(hardware.DrawTitles()));
+
+    list = new QListWidget(this);
+    list->setObjectName("portList");
+    list->setFont(font);
+    list->setAlternatingRowColors(true);
+    list->setSelectionMode(QAbstractItemView::SingleSelection);
+    list->setContextMenuPolicy(Qt::CustomContextMenu);
+    list->setWhatsThis(outputs ? "The eight hardware outputs. Double click a line, or select it and press Enter, "
+                                 "to edit the output."
+                               : "The eight hardware inputs. Double click a line, or select it and press Enter, "
+                                 "to edit the input.");
+    list->installEventFilter(this);
+    connect(list, &QListWidget::doubleClicked, this, &HardwareWin::EditLine);
+    connect(list, &QListWidget::customContextMenuRequested, this, &HardwareWin::showContextMenu);
+    connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0)
+            hardware.selected = row;
+    });
+
+    auto* edit = new QPushButton("&Edit Line", this);
+    edit->setObjectName("editButton");
+    edit->setWhatsThis("Edit the selected port.");
+    auto* exit = new QPushButton("E&xit", this);
+    exit->setObjectName("exitButton");
+    exit->setWhatsThis("Close the window and keep the changes.");
+    auto* cancel = new QPushButton("&Cancel", this);
+    cancel->setObjectName("cancelButton");
+    cancel->setWhatsThis("Close the window without keeping the changes.");
+    connect(edit, &QPushButton::clicked, this, &HardwareWin::EditLine);
+    connect(exit, &QPushButton::clicked, this, &HardwareWin::CmWinExit);
+    connect(cancel, &QPushButton::clicked, this, &HardwareWin::CmWinCancel);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(edit);
+    buttons->addStretch(1);
+    buttons->addWidget(exit);
+    buttons->addWidget(cancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(heading);
+    layout->addWidget(list, 1);
+    layout->addLayout(buttons);
+
+    hardware.SetupWindow(prompter);
+    refresh();
+    list->setCurrentRow(0);
+
+    // The heading stands over the list's text columns.
+    heading->setIndent(list->frameWidth() + list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, list) +
+                       1);
+}
+
+QSize HardwareWin::sizeHint() const
+{
+    // Room for the longest line (a watchdog in seconds) and every port without scrolling.
+    const QFontMetrics metrics(list->font());
+    int lines = 0;
+    for (int row = 0; row < list->count(); ++row)
+        lines += static_cast<int>(list->item(row)->text().count('\n')) + 1;
+    return {metrics.horizontalAdvance(QString(92, 'M')) + 40, metrics.lineSpacing() * (lines + 1) + 90};
+}
+
+void HardwareWin::refresh()
+{
+    const int row = list->currentRow();
+    list->clear();
+    for (int line = 0; line < kInputCount; ++line) {
+        QStringList lines;
+        for (const std::string& text : hardware.DrawLine(line))
+            lines << QString::fromStdString(text);
+        list->addItem(lines.join('\n'));
+    }
+    if (row >= 0)
+        list->setCurrentRow(row);
+}
+
+void HardwareWin::EditLine()
+{
+    if (list->currentRow() < 0)
+        return;
+    hardware.selected = list->currentRow();
+    hardware.EditLine([this](PortEditor& port) {
+        PortDialog dialog(port, prompter, this);
+        dialog.exec();
+    });
+    refresh();
+}
+
+void HardwareWin::showContextMenu(const QPoint& position)
+{
+    if (QListWidgetItem* item = list->itemAt(position))
+        list->setCurrentItem(item);
+    QMenu menu(this);
+    menu.setObjectName("lineMenu");
+    QAction* edit = menu.addAction("Edit Line");
+    edit->setObjectName("actionEditLine");
+    connect(edit, &QAction::triggered, this, &HardwareWin::EditLine);
+    menu.exec(list->viewport()->mapToGlobal(position));
+}
+
+bool HardwareWin::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == list && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            EditLine();
+            return true;
+        }
+        if (key == Qt::Key_Escape) {
+            CmWinCancel();
+            return true;
+        }
+    }
+    return EditorWindow::eventFilter(watched, event);
+}
+
+} // namespace rk4::gui
