@@ -41,8 +41,8 @@ QStringList candidateDevices(const QString& current)
     if (!current.isEmpty())
         devices << current;
     const QDir dev("/dev");
-    for (const QString& pattern : {"ttyUSB*", "ttyACM*"})
-        for (const QString& name : dev.entryList({pattern}, QDir::System, QDir::Name))
+    for (const char* pattern : {"ttyUSB*", "ttyACM*"})
+        for (const QString& name : dev.entryList({QString(pattern)}, QDir::System, QDir::Name))
             devices << "/dev/" + name;
     for (int i = 0; i < 4; ++i)
         devices << QString("/dev/ttyS%1").arg(i);

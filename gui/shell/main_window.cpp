@@ -1,5 +1,7 @@
 #include "gui/shell/main_window.h"
 
+#include "gui/link/pgm_dialog.h"
+
 #include "gui/hardware/hardware_win.h"
 #include "gui/shell/editor_window.h"
 
@@ -161,6 +163,20 @@ void Main::CmOutputs()
 void Main::addToolCommands()
 {
     // Each tool adds its command here: a Tools menu entry (and a button where it helps).
+    QAction* program = addCommand(toolsMenu, "&Program Rk4...", "actionProgram", &Main::CmProgram,
+                                  [this] { return space.navigation.pgmon(); });
+    program->setStatusTip("Write the configuration to a unit, read one back, or move its voices");
+    program->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
+    program->setShortcut(QKeySequence("Ctrl+P"));
+    navigationBar->addSeparator();
+    navigationBar->addAction(program);
+}
+
+void Main::CmProgram()
+{
+    PgmDialog dialog(space, *activePrompter, this);
+    dialog.exec();
+    updateCommands();
 }
 
 void Main::updateCommands()

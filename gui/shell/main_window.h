@@ -47,6 +47,7 @@ public slots:
     void CmHelpContents();
     void CmInputs();
     void CmOutputs();
+    void CmProgram();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
