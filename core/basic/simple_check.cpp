@@ -1,6 +1,6 @@
 #include "core/basic/simple_check.h"
 
-#include <cstring>
+#include "core/database/directory_codec.h"
 
 namespace rk4 {
 
@@ -22,7 +22,7 @@ DirectoryCommands scan(const DirectoryRecord& directory)
         const std::uint8_t byte = text[i];
         if (byte == 0 || (byte == '&' && i + 1 < text.size() && text[i + 1] == 0))
             break;
-        if (byte == 0 || !std::strchr("FGHLMNPQRSTUVWXZ", byte))
+        if (!isCommandLetter(byte))
             continue;
         if (byte == 'P' || byte == 'V')
             found.dialOrVoice = true;

@@ -265,12 +265,13 @@ void PgmDialog::IdleAction() { programming->IdleAction(clock.now()); }
 void PgmDialog::refresh()
 {
     const link::SessionView& view = programming->view();
-    statusLabel->setText(QString::fromStdString(view.status));
-    versionLabel->setText(QString::fromStdString(view.version));
+    statusLabel->setText(view.status.empty() ? QString("Ready") : QString::fromStdString(view.status));
+    versionLabel->setText(view.version.empty() ? QString("not asked yet") : QString::fromStdString(view.version));
     const bool busy = programming->running();
     for (QPushButton* button : transferButtons)
         button->setEnabled(!busy);
     portCombo->setEnabled(!busy);
+    findChild<QPushButton*>("deviceButton")->setEnabled(!busy && portCombo->currentIndex() != kSimulatedUnitIndex);
     doneButton->setEnabled(!busy);
 
     const int index = portCombo->currentIndex();

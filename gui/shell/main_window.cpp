@@ -1,6 +1,7 @@
 #include "gui/shell/main_window.h"
 
 #include "gui/link/pgm_dialog.h"
+#include "gui/shell/work_area.h"
 
 #include "gui/hardware/hardware_win.h"
 #include "gui/shell/editor_window.h"
@@ -41,9 +42,8 @@ Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent)
     setWindowIcon(QIcon(":/rk4prog.svg"));
     resize(1000, 700);
 
-    mdi = new QMdiArea(this);
+    mdi = new WorkArea(this);
     mdi->setObjectName("mdiArea");
-    mdi->setBackground(QColor(0x5a, 0x6e, 0x86));
     setCentralWidget(mdi);
 
     modeLabel = new QLabel(this);
@@ -179,6 +179,8 @@ void Main::CmProgram()
     updateCommands();
 }
 
+QMdiArea* Main::mdiArea() const { return mdi; }
+
 void Main::updateCommands()
 {
     for (const Command& command : commands) {
@@ -192,6 +194,14 @@ void Main::updateCommands()
     setWindowTitle(QString::fromStdString(space.title()));
     modeLabel->setText(space.basicMode() ? " Basic mode " : " Advanced mode ");
     fileLabel->setText(QString::fromStdString(space.workingFile) + (space.DatabaseChanged ? "  (changed)" : ""));
+    const std::string site = nameText(space.image.gen.name);
+    const auto end = site.find_last_not_of(' ');
+    mdi->setSummary(QString::fromStdString(std::filesystem::path(space.workingFile).filename().string()),
+                    QString("%1 configuration%2\nOpen an editor from the Configure menu or the tool bar; "
+                            "Program Rk4 sends it to a unit.")
+                        .arg(space.basicMode() ? "Basic" : "Advanced")
+                        .arg(end == std::string::npos ? QString()
+                                                      : " for " + QString::fromStdString(site.substr(0, end + 1))));
 }
 
 void Main::ChangeMode()

@@ -19,6 +19,8 @@ class QToolBar;
 
 namespace rk4::gui {
 
+class WorkArea;
+
 class Main : public QMainWindow {
     Q_OBJECT
 
@@ -27,7 +29,7 @@ public:
 
     Workspace& workspace() { return space; }
     Prompter& prompter() { return *activePrompter; }
-    QMdiArea* mdiArea() const { return mdi; }
+    QMdiArea* mdiArea() const;
 
     // Recomputes every command's enabled state from the navigation flags and
     // the mode, and the title and status bar from the workspace.
@@ -70,7 +72,7 @@ private:
     Workspace& space;
     std::unique_ptr<QtPrompter> ownPrompter;
     Prompter* activePrompter;
-    QMdiArea* mdi = nullptr;
+    WorkArea* mdi = nullptr;
     QToolBar* navigationBar = nullptr;
     QMenu* configureMenu = nullptr;
     QMenu* toolsMenu = nullptr;
