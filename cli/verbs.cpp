@@ -10,6 +10,8 @@ namespace {
 constexpr Verb kVerbs[] = {
     {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
+    {"wav2vox", "IN.wav [OUT.vox]", "convert a recording to a phrase file", runWav2vox},
+    {"vox2wav", "IN.vox OUT.wav", "decode a phrase file to an 8000 Hz wave", runVox2wav},
 };
 
 void printOverview(std::ostream& out)

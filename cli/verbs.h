@@ -32,5 +32,7 @@ int runCommandLine(const Arguments& args, Context& context);
 // Verb implementations.
 int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
+int runWav2vox(const Arguments& args, Context& context);
+int runVox2wav(const Arguments& args, Context& context);
 
 } // namespace rk4::cli
