@@ -1,5 +1,7 @@
 #include "gui/shell/main_window.h"
 
+#include "gui/voice/wave_dialog.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -129,6 +131,8 @@ void Main::addEditorCommands()
 void Main::addToolCommands()
 {
     // Each tool adds its command here: a Tools menu entry (and a button where it helps).
+    QAction* waveEdit = addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
+    waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
 }
 
 void Main::updateCommands()
@@ -196,6 +200,12 @@ void Main::CmRunWizard()
 {
     space.CmRunWizard(*activePrompter);
     updateCommands();
+}
+
+void Main::CmWaveEdit()
+{
+    WaveDialog dialog(*activePrompter, this);
+    dialog.exec();
 }
 
 void Main::CmHelpContents()

@@ -45,6 +45,7 @@ public slots:
     void CmRunWizard();
     void CmHelpAbout();
     void CmHelpContents();
+    void CmWaveEdit();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
