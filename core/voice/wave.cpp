@@ -307,10 +307,11 @@ Waveform sourceWaveform(std::span<const std::uint8_t> wave)
     return waveform;
 }
 
-Waveform phraseWaveform(std::span<const std::uint8_t> vox)
+Waveform phraseWaveform(std::span<const std::uint8_t> vox, std::int32_t outputCount)
 {
     Waveform waveform;
-    waveform.samples = decodeVox(phraseData(vox));
+    const std::size_t bytes = outputCount > 0 ? static_cast<std::size_t>(outputCount - 1) / 2 : 0;
+    waveform.samples = decodeVox(outputCount < 0 ? phraseData(vox) : vox.first(std::min(bytes, vox.size())));
     waveform.sampleRate = kPhraseRate;
     waveform.clipHigh = kMaxSample12 * 16;
     waveform.clipLow = kMinSample12 * 16;

@@ -81,6 +81,8 @@ struct Waveform {
 };
 
 Waveform sourceWaveform(std::span<const std::uint8_t> wave);
-Waveform phraseWaveform(std::span<const std::uint8_t> vox);
+// The phrase's codes up to its padding; `outputCount`, when the conversion
+// that made it is at hand, gives its exact length, trailing silence included.
+Waveform phraseWaveform(std::span<const std::uint8_t> vox, std::int32_t outputCount = -1);
 
 } // namespace rk4

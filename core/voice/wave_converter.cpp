@@ -110,7 +110,7 @@ bool WaveConverter::CmConvert(Prompter& prompter)
     }
     sourceWave = sourceWaveform(*wave);
     sourceFormat = describeFormat(conversion.format);
-    phraseWave = phraseWaveform(conversion.vox);
+    phraseWave = phraseWaveform(conversion.vox, conversion.outputCount);
     setStatus(kConversionComplete);
     return true;
 }

@@ -45,13 +45,18 @@ void WaveformView::paintEvent(QPaintEvent*)
     QPainter painter(this);
     const QRect area = rect();
     painter.fillRect(area, QColor(0x1e, 0x26, 0x30));
-    const int middle = area.height() / 2;
-    const double scale = (area.height() / 2 - 2) / 32768.0;
+    // The caption has its own band so it never hides the wave.
+    const int band = fontMetrics().height() + 4;
+    painter.fillRect(0, 0, area.width(), band, QColor(0x2a, 0x34, 0x40));
+    const int top = band + 2;
+    const int bottom = area.height() - 3;
+    const int middle = (top + bottom) / 2;
+    const double scale = (bottom - top) / 2 / 32768.0;
 
     // Full-scale lines, so a loud or a faint recording reads at once.
     painter.setPen(QColor(0x3c, 0x48, 0x58));
-    painter.drawLine(0, 1, area.width(), 1);
-    painter.drawLine(0, area.height() - 2, area.width(), area.height() - 2);
+    painter.drawLine(0, top, area.width(), top);
+    painter.drawLine(0, bottom, area.width(), bottom);
     painter.drawLine(0, middle, area.width(), middle);
 
     const QColor normal(0x6c, 0xc6, 0x8c);
@@ -64,7 +69,7 @@ void WaveformView::paintEvent(QPaintEvent*)
     }
 
     painter.setPen(shown.clippedCount() ? QColor(0xff, 0xb0, 0xa8) : QColor(0xd8, 0xe0, 0xe8));
-    painter.drawText(area.adjusted(6, 4, -6, -4), Qt::AlignLeft | Qt::AlignTop, caption());
+    painter.drawText(QRect(6, 0, area.width() - 12, band), Qt::AlignLeft | Qt::AlignVCenter, caption());
 }
 
 } // namespace rk4::gui

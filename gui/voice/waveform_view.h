@@ -19,8 +19,8 @@ public:
     // The line drawn over the wave, e.g. "8000 Hz   1.250 s   peak 98 %".
     QString caption() const;
 
-    QSize sizeHint() const override { return {520, 110}; }
-    QSize minimumSizeHint() const override { return {200, 70}; }
+    QSize sizeHint() const override { return {520, 120}; }
+    QSize minimumSizeHint() const override { return {200, 80}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
