@@ -15,6 +15,7 @@ int runWav2vox(const Arguments& args, Context& context)
 
     WaveConverter converter;
     converter.SetupWindow();
+    converter.keepWaveforms = false;
     converter.source = parsed.positional[0];
     converter.destination = parsed.positional.size() == 2 ? parsed.positional[1]
                                                           : GetDefaultDestination("", converter.source);
@@ -24,10 +25,11 @@ int runWav2vox(const Arguments& args, Context& context)
 
     context.out << converter.status << ": " << converter.source << " (" << converter.sourceFormat << ") -> "
                 << converter.destination << ", " << std::max(converter.outputCount - 1, 0) << " codes\n";
-    if (const std::size_t clipped = converter.sourceWave.clippedCount())
-        context.err << "warning: " << clipped << " samples of the recording are at full scale (clipped)\n";
-    if (converter.sourceWave.peakPercent() == 0)
-        context.err << "warning: the recording is silent\n";
+    // Judged on the phrase as the unit will speak it.
+    if (converter.clippedCodes)
+        context.err << "warning: " << converter.clippedCodes << " samples of the phrase are at full scale (clipped)\n";
+    else if (converter.peakPercent < 1)
+        context.err << "warning: the phrase is silent\n";
     return 0;
 }
 

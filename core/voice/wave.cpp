@@ -4,9 +4,12 @@
 #include "core/voice/adpcm.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
+
+#include <sys/stat.h>
 
 namespace rk4 {
 
@@ -15,80 +18,79 @@ namespace {
 constexpr std::size_t kRiffHeaderSize = 12;
 constexpr std::size_t kChunkHeaderSize = 8;
 constexpr std::size_t kFmtFieldsSize = 16;
-constexpr std::uint64_t kBlockSamples = 1024;
+constexpr std::size_t kBlockSamples = 1024;
 
-// A forward reader over the file that never reads past its end.
-class Cursor {
+// Reads exactly `count` bytes; what the file does not hold reads as 0.
+template <std::size_t count>
+std::array<std::uint8_t, count> readFields(ByteSource& source)
+{
+    std::array<std::uint8_t, count> bytes{};
+    source.read(bytes);
+    return bytes;
+}
+
+// The converter's input buffer: 1024 samples, refilled block by block from
+// the file. A read past the end of the file fills only part of it, so the
+// rest still holds the samples of an earlier block; a slot no block reached
+// holds silence.
+class BlockBuffer {
 public:
-    explicit Cursor(std::span<const std::uint8_t> bytes) : bytes(bytes) {}
-
-    std::uint8_t byte(std::size_t offset) const { return position + offset < bytes.size() ? bytes[position + offset] : 0; }
-    std::uint16_t le16(std::size_t offset) const
+    BlockBuffer(ByteSource& source, bool eightBit)
+        : source(source), width(eightBit ? 1 : 2), current(kBlockSamples, eightBit ? 128 : 0),
+          scratch(kBlockSamples * width)
     {
-        return static_cast<std::uint16_t>(byte(offset) | (byte(offset + 1) << 8));
-    }
-    std::uint32_t le32(std::size_t offset) const
-    {
-        return static_cast<std::uint32_t>(le16(offset)) | (static_cast<std::uint32_t>(le16(offset + 2)) << 16);
-    }
-    bool idIs(const char* id) const
-    {
-        for (std::size_t i = 0; i < 4; ++i)
-            if (byte(i) != static_cast<std::uint8_t>(id[i]))
-                return false;
-        return true;
-    }
-    void skip(std::uint64_t count)
-    {
-        position = static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), position + count));
-    }
-    std::size_t offset() const { return position; }
-
-private:
-    std::span<const std::uint8_t> bytes;
-    std::size_t position = 0;
-};
-
-// The input as the converter sees it: 1024-sample blocks read one after the
-// other into one buffer. A read past the end of the file fills only part of
-// the buffer, so the rest still holds the samples of an earlier block.
-// Computed per sample rather than copied, so any position costs the same.
-class BlockSource {
-public:
-    BlockSource(std::span<const std::uint8_t> wave, const WaveFormat& format)
-        : stream(wave.subspan(format.dataOffset)), eightBit(format.eightBit()),
-          available(eightBit ? stream.size() : stream.size() / 2)
-    {
+        fill(current);
     }
 
-    std::uint64_t sampleCount() const { return available; }
-
-    int sample(std::uint64_t block, std::uint64_t index) const
+    // The sample at a position counted from the start of the data; positions
+    // only move forward.
+    int at(std::uint64_t position)
     {
-        std::uint64_t at = block * kBlockSamples + index;
-        if (at >= available) {
-            // The last block that reached this buffer slot; a slot no block
-            // reached holds silence.
-            if (index >= available)
-                return eightBit ? 128 : 0;
-            at = (available - 1 - index) / kBlockSamples * kBlockSamples + index;
+        const std::uint64_t block = position / kBlockSamples;
+        while (loaded < block)
+            advance();
+        return current[position % kBlockSamples];
+    }
+
+    // The sample after `position`, which at a block's end is the first of the
+    // following block.
+    int after(std::uint64_t position)
+    {
+        if ((position + 1) % kBlockSamples != 0)
+            return at(position + 1);
+        if (!lookahead) {
+            next = current;
+            fill(next);
+            lookahead = true;
         }
-        return raw(static_cast<std::size_t>(at));
+        return next[0];
     }
-
-    int sample(std::uint64_t position) const { return sample(position / kBlockSamples, position % kBlockSamples); }
 
 private:
-    int raw(std::size_t at) const
+    void advance()
     {
-        if (eightBit)
-            return stream[at];
-        return static_cast<std::int16_t>(readLE16(stream, at * 2));
+        if (lookahead)
+            current.swap(next);
+        else
+            fill(current);
+        lookahead = false;
+        ++loaded;
     }
 
-    std::span<const std::uint8_t> stream;
-    bool eightBit;
-    std::uint64_t available;
+    void fill(std::vector<int>& buffer)
+    {
+        const std::size_t got = source.read(scratch) / width; // a partial last sample is not taken
+        for (std::size_t i = 0; i < got; ++i)
+            buffer[i] = width == 1 ? scratch[i] : static_cast<std::int16_t>(readLE16(scratch, 2 * i));
+    }
+
+    ByteSource& source;
+    std::size_t width;
+    std::vector<int> current;
+    std::vector<int> next;
+    std::vector<std::uint8_t> scratch;
+    std::uint64_t loaded = 0;
+    bool lookahead = false;
 };
 
 std::int16_t to12Bits(int sample, bool eightBit)
@@ -115,58 +117,115 @@ std::int32_t outputCountFor(const WaveFormat& format, double ratio, std::uint64_
 
 bool isExactRatio(double ratio) { return ratio == 1.0 || ratio == 2.0 || ratio == 4.0 || ratio == 6.0; }
 
+class SpanSource : public ByteSource {
+public:
+    explicit SpanSource(std::span<const std::uint8_t> bytes) : bytes(bytes) {}
+    std::size_t read(std::span<std::uint8_t> into) override
+    {
+        const std::size_t count = std::min(into.size(), bytes.size() - position);
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(position), count, into.begin());
+        position += count;
+        return count;
+    }
+    void skip(std::uint64_t count) override { position += static_cast<std::size_t>(std::min<std::uint64_t>(count, remaining())); }
+    std::uint64_t remaining() const override { return bytes.size() - position; }
+    std::size_t offset() const { return position; }
+
+private:
+    std::span<const std::uint8_t> bytes;
+    std::size_t position = 0;
+};
+
 } // namespace
 
-WaveFormat readWaveFormat(std::span<const std::uint8_t> wave)
+FileSource::FileSource(const std::filesystem::path& path) : file(std::fopen(path.c_str(), "rb"))
+{
+    if (!file)
+        return;
+    struct stat status {};
+    if (::fstat(::fileno(file), &status) == 0 && S_ISREG(status.st_mode))
+        size = static_cast<std::uint64_t>(status.st_size);
+    std::setvbuf(file, nullptr, _IOFBF, 1 << 16);
+}
+
+FileSource::~FileSource()
+{
+    if (file)
+        std::fclose(file);
+}
+
+std::size_t FileSource::read(std::span<std::uint8_t> into)
+{
+    const std::size_t count = std::fread(into.data(), 1, into.size(), file);
+    position += count;
+    return count;
+}
+
+void FileSource::skip(std::uint64_t count)
+{
+    count = std::min(count, remaining());
+    if (::fseeko(file, static_cast<off_t>(count), SEEK_CUR) == 0)
+        position += count;
+}
+
+std::uint64_t FileSource::remaining() const { return size > position ? size - position : 0; }
+
+WaveFormat readWaveFormat(ByteSource& source)
 {
     WaveFormat format;
-    Cursor cursor(wave);
-    cursor.skip(kRiffHeaderSize);
-    const std::uint32_t fmtSize = cursor.le32(4);
-    cursor.skip(kChunkHeaderSize);
-    format.formatTag = cursor.le16(0);
-    format.channels = cursor.le16(2);
-    format.sampleRate = cursor.le32(4);
-    format.byteRate = cursor.le32(8);
-    format.blockAlign = cursor.le16(12);
-    format.bitsPerSample = cursor.le16(14);
-    cursor.skip(kFmtFieldsSize);
+    source.skip(kRiffHeaderSize);
+    const auto fmt = readFields<kChunkHeaderSize + kFmtFieldsSize>(source);
+    const std::uint32_t fmtSize = readLE32(fmt, 4);
+    format.formatTag = readLE16(fmt, 8);
+    format.channels = readLE16(fmt, 10);
+    format.sampleRate = readLE32(fmt, 12);
+    format.byteRate = readLE32(fmt, 16);
+    format.blockAlign = readLE16(fmt, 20);
+    format.bitsPerSample = readLE16(fmt, 22);
     if (fmtSize > kFmtFieldsSize)
-        cursor.skip(fmtSize - kFmtFieldsSize);
-    if (cursor.idIs("fact")) {
+        source.skip(fmtSize - kFmtFieldsSize);
+    auto chunk = readFields<kChunkHeaderSize>(source);
+    if (std::equal(chunk.begin(), chunk.begin() + 4, "fact")) {
         // Its content is taken to be the usual four bytes, whatever its size says.
         format.hasFact = true;
-        cursor.skip(kChunkHeaderSize + 4);
+        source.skip(4);
+        chunk = readFields<kChunkHeaderSize>(source);
     }
-    format.dataSize = cursor.le32(4);
-    cursor.skip(kChunkHeaderSize);
-    format.dataOffset = cursor.offset();
+    format.dataSize = readLE32(chunk, 4);
     return format;
 }
 
-VoxConversion convertWave(std::span<const std::uint8_t> wave)
+WaveFormat readWaveFormat(std::span<const std::uint8_t> wave)
+{
+    SpanSource source(wave);
+    WaveFormat format = readWaveFormat(source);
+    format.dataOffset = source.offset();
+    return format;
+}
+
+VoxConversion convertWave(ByteSource& source)
 {
     VoxConversion result;
-    result.format = readWaveFormat(wave);
+    result.format = readWaveFormat(source);
     const WaveFormat& format = result.format;
-    const BlockSource source(wave, format);
     const bool eightBit = format.eightBit();
     const double ratio = format.sampleRate * 0.000125;
-    const std::int32_t count = outputCountFor(format, ratio, source.sampleCount());
+    const std::int32_t count = outputCountFor(format, ratio, source.remaining() / (eightBit ? 1 : 2));
     result.outputCount = count;
+    BlockBuffer input(source, eightBit);
 
     std::vector<std::uint8_t>& out = result.vox;
     out.reserve(static_cast<std::size_t>(std::max(count, 0)) / 2 + 2 * kPhraseBlock);
     AdpcmCodec codec;
     const bool exact = isExactRatio(ratio);
-    const int exactStep = static_cast<int>(ratio);
+    const auto exactStep = static_cast<std::uint64_t>(ratio);
     std::uint64_t block = 0;
-    int blockPosition = 0;
+    std::uint64_t blockPosition = 0;
     int lowNibble = -1;
     for (std::int32_t i = 0; i < count - 1; ++i) {
         int sample;
         if (exact) {
-            sample = source.sample(block, static_cast<std::uint64_t>(blockPosition));
+            sample = input.at(block * kBlockSamples + blockPosition);
             blockPosition += exactStep;
             if (blockPosition > 1023) { // an overshoot past the block's end is dropped
                 ++block;
@@ -176,15 +235,17 @@ VoxConversion convertWave(std::span<const std::uint8_t> wave)
             const double position = i * ratio;
             const auto whole = static_cast<std::uint64_t>(position);
             const double fraction = position - static_cast<double>(whole);
-            sample = source.sample(whole);
+            sample = input.at(whole);
             if (fraction > 0.05) {
-                // At a block's last sample the next one is the first of the following block.
-                const double step = (source.sample(whole + 1) - sample) * fraction;
+                const double step = (input.after(whole) - sample) * fraction;
                 if (step < -0.5 || step > 0.5)
                     sample = static_cast<int>(sample + step);
             }
         }
         const int code = codec.ADPCMencode(to12Bits(sample, eightBit));
+        if (codec.predictor == kMaxSample12 || codec.predictor == kMinSample12)
+            ++result.clippedCodes;
+        result.peak12 = std::max<int>(result.peak12, std::abs(codec.predictor));
         // The unit plays the low nibble first, the opposite of the usual .vox order.
         if (lowNibble < 0) {
             lowNibble = code;
@@ -201,6 +262,12 @@ VoxConversion convertWave(std::span<const std::uint8_t> wave)
     out.insert(out.end(), static_cast<std::size_t>(16 - blocks % 16) * 256, kFillByte);
     out.resize((out.size() + kPhraseBlock - 1) / kPhraseBlock * kPhraseBlock, kFillByte);
     return result;
+}
+
+VoxConversion convertWave(std::span<const std::uint8_t> wave)
+{
+    SpanSource source(wave);
+    return convertWave(source);
 }
 
 std::span<const std::uint8_t> phraseData(std::span<const std::uint8_t> vox)
@@ -228,11 +295,11 @@ std::vector<std::int16_t> decodeVox(std::span<const std::uint8_t> vox)
 std::vector<std::uint8_t> waveFileBytes(std::span<const std::int16_t> samples, std::uint32_t sampleRate)
 {
     const auto dataSize = static_cast<std::uint32_t>(samples.size() * 2);
-    std::vector<std::uint8_t> bytes(44 + dataSize);
-    std::span<std::uint8_t> out(bytes);
-    std::memcpy(bytes.data(), "RIFF", 4);
+    std::array<std::uint8_t, 44> header{};
+    const std::span<std::uint8_t> out(header);
+    std::memcpy(header.data(), "RIFF", 4);
     writeLE32(out, 4, 36 + dataSize);
-    std::memcpy(bytes.data() + 8, "WAVEfmt ", 8);
+    std::memcpy(header.data() + 8, "WAVEfmt ", 8);
     writeLE32(out, 16, 16);
     writeLE16(out, 20, 1); // PCM
     writeLE16(out, 22, 1); // mono
@@ -240,10 +307,16 @@ std::vector<std::uint8_t> waveFileBytes(std::span<const std::int16_t> samples, s
     writeLE32(out, 28, sampleRate * 2);
     writeLE16(out, 32, 2);
     writeLE16(out, 34, 16);
-    std::memcpy(bytes.data() + 36, "data", 4);
+    std::memcpy(header.data() + 36, "data", 4);
     writeLE32(out, 40, dataSize);
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        writeLE16(out, 44 + 2 * i, static_cast<std::uint16_t>(samples[i]));
+
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(header.size() + samples.size() * 2);
+    bytes.assign(header.begin(), header.end());
+    for (const std::int16_t sample : samples) {
+        bytes.push_back(static_cast<std::uint8_t>(sample & 0xFF));
+        bytes.push_back(static_cast<std::uint8_t>(static_cast<std::uint16_t>(sample) >> 8));
+    }
     return bytes;
 }
 

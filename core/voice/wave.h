@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <filesystem>
 #include <span>
 #include <vector>
 
@@ -33,17 +35,50 @@ struct WaveFormat {
     bool plainMono() const { return formatTag == 1 && channels == 1 && (bitsPerSample == 8 || bitsPerSample == 16); }
 };
 
+// Where the converter's bytes come from: read forward, skip forward.
+class ByteSource {
+public:
+    virtual ~ByteSource() = default;
+    virtual std::size_t read(std::span<std::uint8_t> into) = 0; // fewer at the end
+    virtual void skip(std::uint64_t count) = 0;
+    virtual std::uint64_t remaining() const = 0;
+};
+
+// A wave file read as it is converted, so a long recording is never held whole.
+class FileSource : public ByteSource {
+public:
+    explicit FileSource(const std::filesystem::path& path);
+    ~FileSource() override;
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+
+    bool isOpen() const { return file != nullptr; }
+    std::size_t read(std::span<std::uint8_t> into) override;
+    void skip(std::uint64_t count) override;
+    std::uint64_t remaining() const override;
+
+private:
+    std::FILE* file;
+    std::uint64_t size = 0;
+    std::uint64_t position = 0;
+};
+
 // Reads the header the way the converter does; bytes past the end read as 0.
+WaveFormat readWaveFormat(ByteSource& source);
 WaveFormat readWaveFormat(std::span<const std::uint8_t> wave);
 
 struct VoxConversion {
     WaveFormat format;
     std::int32_t outputCount = 0; // count - 1 codes are produced
     std::vector<std::uint8_t> vox;
+    // How the phrase will sound: codes that left the predictor at a limit, and its largest magnitude.
+    std::size_t clippedCodes = 0;
+    int peak12 = 0;
 };
 
 // Resamples to 8000 Hz, encodes, packs the codes low nibble first and pads
 // the phrase to a whole number of 4096-byte blocks.
+VoxConversion convertWave(ByteSource& source);
 VoxConversion convertWave(std::span<const std::uint8_t> wave);
 
 // The phrase without its padding: trailing 0xFF fill, then the 0x80 run

@@ -1,6 +1,7 @@
 #include "core/voice/wave_converter.h"
 
 #include "core/database/file.h"
+#include "core/voice/adpcm.h"
 
 #include <filesystem>
 #include <fstream>
@@ -89,8 +90,8 @@ void WaveConverter::GetDefaultDestination() { destination = rk4::GetDefaultDesti
 
 bool WaveConverter::CmConvert(Prompter& prompter)
 {
-    const auto wave = source.empty() ? std::nullopt : readWholeFile(source);
-    if (!wave) {
+    FileSource wave(source);
+    if (source.empty() || !wave.isOpen()) {
         prompter.fileError(kCannotOpenWaveFile);
         return false;
     }
@@ -101,16 +102,17 @@ bool WaveConverter::CmConvert(Prompter& prompter)
         return false;
     }
     setStatus(kConverting);
-    const VoxConversion conversion = convertWave(*wave);
+    const VoxConversion conversion = convertWave(wave);
     outputCount = conversion.outputCount;
     if (!writeFileAtomically(destination, conversion.vox)) {
         setStatus("");
         prompter.fileError(kCannotOpenOutputFile);
         return false;
     }
-    sourceWave = sourceWaveform(*wave);
     sourceFormat = describeFormat(conversion.format);
-    phraseWave = phraseWaveform(conversion.vox, conversion.outputCount);
+    clippedCodes = conversion.clippedCodes;
+    peakPercent = (conversion.peak12 * 100 + kMaxSample12 / 2) / kMaxSample12;
+    phraseWave = keepWaveforms ? phraseWaveform(conversion.vox, conversion.outputCount) : Waveform{};
     setStatus(kConversionComplete);
     return true;
 }

@@ -34,9 +34,12 @@ public:
     std::string status;
     std::int32_t outputCount = 0;
 
-    Waveform sourceWave;      // what the chosen wave file holds
+    Waveform sourceWave;      // what the chosen wave file holds, read when it is chosen
     std::string sourceFormat; // describeFormat of it, empty when unreadable
-    Waveform phraseWave;      // the last phrase written, decoded
+    Waveform phraseWave;      // the last phrase written, decoded, when `keepWaveforms`
+    bool keepWaveforms = true; // a window draws them; the command line only reports
+    std::size_t clippedCodes = 0;
+    int peakPercent = 0;      // of the phrase's full scale
 
     // Called whenever `status` changes, so a window can show "Converting"
     // before the work starts.

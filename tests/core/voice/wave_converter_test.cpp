@@ -95,6 +95,8 @@ TEST(WaveConverter, ConvertWritesThePhraseAndShowsConvertingThenComplete)
     EXPECT_EQ(converter.outputCount, 1000);
     EXPECT_EQ(readWholeFile(dir / "in.vox"), convertWave(wave).vox);
     EXPECT_EQ(converter.phraseWave.samples.size(), 998u); // trailing silence kept in the view
+    EXPECT_EQ(converter.clippedCodes, converter.phraseWave.clippedCount());
+    EXPECT_EQ(converter.peakPercent, converter.phraseWave.peakPercent());
 }
 
 } // namespace
