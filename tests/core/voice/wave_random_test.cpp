@@ -21,8 +21,7 @@ void expectWellFormedPhrase(std::span<const std::uint8_t> wave, const std::strin
     EXPECT_EQ(result.vox.back(), kFillByte) << what;
     EXPECT_LE(result.vox.size(), static_cast<std::size_t>(result.outputCount) / 2 + 2 * kPhraseBlock) << what;
     EXPECT_LE(phraseData(result.vox).size(), static_cast<std::size_t>(result.outputCount) / 2) << what;
-    const Waveform source = sourceWaveform(wave);
-    EXPECT_LE(source.columns(300).size(), 300u);
+    EXPECT_LE(sourceWaveform(wave).columns(300).size(), 300u);
     EXPECT_LE(phraseWaveform(result.vox).samples.size(), static_cast<std::size_t>(result.outputCount)) << what;
 }
 
@@ -62,20 +61,6 @@ TEST(WaveReaderRandom, RandomHeadersTruncationsAndGarbageGiveWholeBlockPhrases)
         expectWellFormedPhrase(wave, "round " + std::to_string(round));
         if (HasFatalFailure())
             return;
-    }
-}
-
-TEST(WaveReaderRandom, PureGarbageAndTinyFilesConvert)
-{
-    std::mt19937 random(7);
-    for (std::size_t size = 0; size < 200; ++size) {
-        std::vector<std::uint8_t> bytes(size);
-        for (auto& byte : bytes)
-            byte = static_cast<std::uint8_t>(random());
-        // Keep the rate from being absurdly low: a 1 Hz header asks for 8000 codes a byte.
-        if (size >= 28)
-            bytes[26] |= 0x01;
-        expectWellFormedPhrase(bytes, "size " + std::to_string(size));
     }
 }
 

@@ -66,16 +66,6 @@ TEST(WaveDialog, ConvertsAChosenWaveAndShowsBothWaveforms)
     EXPECT_FALSE(phraseView->grab().isNull());
 }
 
-TEST(WaveDialog, ConvertWithoutASourceSaysItCannotOpenTheWave)
-{
-    test::ScriptedPrompter prompter;
-    WaveDialog dialog(prompter);
-    QTest::mouseClick(child<QPushButton>(dialog, "convertButton"), Qt::LeftButton);
-    ASSERT_EQ(prompter.messages().size(), 1u);
-    EXPECT_EQ(prompter.messages()[0].text, " CANNOT OPEN WAVE FILE ");
-    EXPECT_EQ(child<QLabel>(dialog, "statusLabel")->text(), "");
-}
-
 TEST(WaveDialog, TheShellOpensItFromTheToolsMenu)
 {
     test::TempDir dir;
