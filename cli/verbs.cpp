@@ -12,6 +12,8 @@ constexpr Verb kVerbs[] = {
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
     {"dirs", "FILE.dat", "list the lines of the six directories", runDirs},
     {"ports", "[--dir DIR] [COMn DEVICE]", "show the serial ports, or bind one to a device", runPorts},
+    {"wav2vox", "IN.wav [OUT.vox]", "convert a recording to a phrase file", runWav2vox},
+    {"vox2wav", "IN.vox OUT.wav", "decode a phrase file to an 8000 Hz wave", runVox2wav},
 };
 
 void printOverview(std::ostream& out)

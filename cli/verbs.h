@@ -34,5 +34,7 @@ int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
 int runDirs(const Arguments& args, Context& context);
 int runPorts(const Arguments& args, Context& context);
+int runWav2vox(const Arguments& args, Context& context);
+int runVox2wav(const Arguments& args, Context& context);
 
 } // namespace rk4::cli

@@ -34,7 +34,11 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::filesystem::pa
     std::ifstream in(path, std::ios::binary);
     if (!in)
         return std::nullopt;
-    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    // Read in large pieces: recordings run to tens of megabytes.
+    std::vector<std::uint8_t> bytes;
+    std::vector<char> piece(1 << 20);
+    while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())) || in.gcount() > 0)
+        bytes.insert(bytes.end(), piece.begin(), piece.begin() + in.gcount());
     if (in.bad())
         return std::nullopt;
     return bytes;

@@ -7,6 +7,7 @@
 #include "gui/shell/editor_window.h"
 
 #include <algorithm>
+#include "gui/voice/wave_dialog.h"
 
 #include <QAction>
 #include <QApplication>
@@ -170,6 +171,8 @@ void Main::addToolCommands()
     program->setShortcut(QKeySequence("Ctrl+P"));
     navigationBar->addSeparator();
     navigationBar->addAction(program);
+    QAction* waveEdit = addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
+    waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
 }
 
 void Main::CmProgram()
@@ -256,6 +259,12 @@ void Main::CmRunWizard()
 {
     space.CmRunWizard(*activePrompter);
     updateCommands();
+}
+
+void Main::CmWaveEdit()
+{
+    WaveDialog dialog(*activePrompter, this);
+    dialog.exec();
 }
 
 void Main::CmHelpContents()

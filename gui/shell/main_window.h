@@ -50,6 +50,7 @@ public slots:
     void CmInputs();
     void CmOutputs();
     void CmProgram();
+    void CmWaveEdit();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

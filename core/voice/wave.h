@@ -1,0 +1,123 @@
+#pragma once
+// Wave files in, phrase files (.vox) out, and back again for listening and
+// for the waveform views.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <span>
+#include <vector>
+
+namespace rk4 {
+
+inline constexpr std::uint32_t kPhraseRate = 8000;
+// The link moves 4096-byte packets, so every phrase file is a whole number of them.
+inline constexpr std::size_t kPhraseBlock = 4096;
+inline constexpr std::uint8_t kSilenceByte = 0x80; // codes 0 and 8: the codec's idle pattern
+inline constexpr std::uint8_t kFillByte = 0xFF;
+
+// What the converter takes from a wave file's header. Nothing is validated:
+// the fmt chunk is taken where it is expected, and whatever follows it (after
+// an optional "fact" chunk) is taken as the data chunk.
+struct WaveFormat {
+    std::uint16_t formatTag = 0;
+    std::uint16_t channels = 0;
+    std::uint32_t sampleRate = 0;
+    std::uint32_t byteRate = 0;
+    std::uint16_t blockAlign = 0;
+    std::uint16_t bitsPerSample = 0;
+    std::uint32_t dataSize = 0;   // as the header says, not as the file holds
+    std::size_t dataOffset = 0;   // where the samples start, at most the file's length
+    bool hasFact = false;
+
+    bool eightBit() const { return bitsPerSample == 8; } // any other width is read as 16-bit
+    bool plainMono() const { return formatTag == 1 && channels == 1 && (bitsPerSample == 8 || bitsPerSample == 16); }
+};
+
+// Where the converter's bytes come from: read forward, skip forward.
+class ByteSource {
+public:
+    virtual ~ByteSource() = default;
+    virtual std::size_t read(std::span<std::uint8_t> into) = 0; // fewer at the end
+    virtual void skip(std::uint64_t count) = 0;
+    virtual std::uint64_t remaining() const = 0;
+};
+
+// A wave file read as it is converted, so a long recording is never held whole.
+class FileSource : public ByteSource {
+public:
+    explicit FileSource(const std::filesystem::path& path);
+    ~FileSource() override;
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+
+    bool isOpen() const { return file != nullptr; }
+    std::size_t read(std::span<std::uint8_t> into) override;
+    void skip(std::uint64_t count) override;
+    std::uint64_t remaining() const override;
+
+private:
+    std::FILE* file;
+    std::uint64_t size = 0;
+    std::uint64_t position = 0;
+};
+
+// Reads the header the way the converter does; bytes past the end read as 0.
+WaveFormat readWaveFormat(ByteSource& source);
+WaveFormat readWaveFormat(std::span<const std::uint8_t> wave);
+
+struct VoxConversion {
+    WaveFormat format;
+    std::int32_t outputCount = 0; // count - 1 codes are produced
+    std::vector<std::uint8_t> vox;
+    // How the phrase will sound: codes that left the predictor at a limit, and its largest magnitude.
+    std::size_t clippedCodes = 0;
+    int peak12 = 0;
+};
+
+// Resamples to 8000 Hz, encodes, packs the codes low nibble first and pads
+// the phrase to a whole number of 4096-byte blocks.
+VoxConversion convertWave(ByteSource& source);
+VoxConversion convertWave(std::span<const std::uint8_t> wave);
+
+// The phrase without its padding: trailing 0xFF fill, then the 0x80 run
+// before it. Trailing silence of the phrase itself goes with it, unheard.
+std::span<const std::uint8_t> phraseData(std::span<const std::uint8_t> vox);
+
+// Decodes a phrase (low nibble first) to 16-bit samples at 8000 Hz.
+std::vector<std::int16_t> decodeVox(std::span<const std::uint8_t> vox);
+
+// A 16-bit mono PCM wave file.
+std::vector<std::uint8_t> waveFileBytes(std::span<const std::int16_t> samples, std::uint32_t sampleRate);
+
+// The samples of a wave file's data chunk (as far as the file holds it),
+// scaled to 16 bits; of several channels only the first.
+std::vector<std::int16_t> waveSamples(std::span<const std::uint8_t> wave, const WaveFormat& format);
+
+// What a waveform view draws: the lowest and highest sample under each pixel column.
+struct WaveColumn {
+    std::int16_t low = 0;
+    std::int16_t high = 0;
+    bool clipped = false;
+};
+
+struct Waveform {
+    std::vector<std::int16_t> samples;
+    std::uint32_t sampleRate = 0;
+    // A sample at or beyond these is at the end of its format's range.
+    std::int16_t clipHigh = 32767;
+    std::int16_t clipLow = -32768;
+
+    double seconds() const { return sampleRate ? static_cast<double>(samples.size()) / sampleRate : 0.0; }
+    std::vector<WaveColumn> columns(int count) const;
+    int peakPercent() const;
+    std::size_t clippedCount() const;
+};
+
+Waveform sourceWaveform(std::span<const std::uint8_t> wave);
+// The phrase's codes up to its padding; `outputCount`, when the conversion
+// that made it is at hand, gives its exact length, trailing silence included.
+Waveform phraseWaveform(std::span<const std::uint8_t> vox, std::int32_t outputCount = -1);
+
+} // namespace rk4
