@@ -167,7 +167,7 @@ void Main::addToolCommands()
     QAction* program = addCommand(toolsMenu, "&Program Rk4...", "actionProgram", &Main::CmProgram,
                                   [this] { return space.navigation.pgmon(); });
     program->setStatusTip("Write the configuration to a unit, read one back, or move its voices");
-    program->setIcon(style()->standardIcon(QStyle::SP_DriveNetIcon));
+    program->setIcon(QIcon(":/rk4prog.svg"));
     program->setShortcut(QKeySequence("Ctrl+P"));
     navigationBar->addSeparator();
     navigationBar->addAction(program);
