@@ -143,7 +143,7 @@ TEST_F(WithUnit, InjectedFaultsHitTheChosenRequests)
     EXPECT_EQ(exchange(CMD_LINK), ExchangeStatus::Good);
 }
 
-TEST(Faults, ParseOnlyWellFormedSpecifications)
+TEST(Faults, ParseOnlyWellFormedFaultTexts)
 {
     const auto fault = parseFault("silence:packet:3:2");
     ASSERT_TRUE(fault);
