@@ -264,6 +264,19 @@ void ProgrammingSession::failure(Millis now, Step retryStep, const std::function
         wait(now, kRetryWait, retryStep);
 }
 
+// The unit is busy: ask again after the retry wait, without counting an attempt.
+void ProgrammingSession::busy(Millis now, Step again)
+{
+    transport->purge(Purge::Receive);
+    wait(now, kRetryWait, again);
+}
+
+void ProgrammingSession::statusAndLine2(const std::string& text)
+{
+    setText(SessionLine::Status, text);
+    setText(SessionLine::Line2, text);
+}
+
 void ProgrammingSession::sendEnd(Millis now, Millis delay, Step next)
 {
     endDelay = delay;
@@ -331,13 +344,10 @@ void ProgrammingSession::stepOnce(Millis now)
             retry = 0;
             wait(now, kAfterReply, writing ? Step::Pack : Step::ReadAnnounce);
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::Version);
+            busy(now, Step::Version);
         } else {
             failure(now, Step::Version, [&] {
-                const char* text = "No version available - trying alternate connection.";
-                setText(SessionLine::Status, text);
-                setText(SessionLine::Line2, text);
+                statusAndLine2("No version available - trying alternate connection.");
                 retry = 0;
                 secondPass = false;
                 step = Step::Link;
@@ -354,16 +364,13 @@ void ProgrammingSession::stepOnce(Millis now)
             retry = 0;
             wait(now, kAfterReply, writing ? Step::Pack : Step::ReadAnnounce);
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::Link);
+            busy(now, Step::Link);
         } else {
             failure(now, Step::Link, [&] {
                 if (!secondPass) {
                     secondPass = true;
                     retry = 0;
-                    const char* text = "Communications Failure - Starting second pass.";
-                    setText(SessionLine::Status, text);
-                    setText(SessionLine::Line2, text);
+                    statusAndLine2("Communications Failure - Starting second pass.");
                     if (kind == TransferKind::Vocabulary && writing) {
                         // The older units always take a vocabulary of this size.
                         totalPackets = kSecondPassVocabularyPackets;
@@ -372,9 +379,7 @@ void ProgrammingSession::stepOnce(Millis now)
                     wait(now, kRetryWait, Step::Link);
                     return;
                 }
-                const char* text = "Communications Failure - Check connection.";
-                setText(SessionLine::Status, text);
-                setText(SessionLine::Line2, text);
+                statusAndLine2("Communications Failure - Check connection.");
                 closeFiles();
                 if (!writing) {
                     step = Step::ReadEnd;
@@ -414,8 +419,7 @@ void ProgrammingSession::stepOnce(Millis now)
             link->packetIndex = 0;
             wait(now, kAfterReply, Step::Packet);
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::Announce);
+            busy(now, Step::Announce);
         } else {
             failure(now, Step::Announce, [&] {
                 closeFiles();
@@ -446,8 +450,7 @@ void ProgrammingSession::stepOnce(Millis now)
                 wait(now, kAfterReply, Step::PacketDone);
             }
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::Packet);
+            busy(now, Step::Packet);
         } else {
             failure(now, Step::Packet, [&] {
                 closeFiles();
@@ -487,15 +490,13 @@ void ProgrammingSession::stepOnce(Millis now)
     case Step::Complete:
         closeFiles();
         if (kind == TransferKind::Database) {
-            setText(SessionLine::Line2, "Database transferred to the Rk4");
-            setText(SessionLine::Status, "Database transferred to the Rk4");
+            statusAndLine2("Database transferred to the Rk4");
         } else if (kind == TransferKind::Vocabulary) {
             setText(SessionLine::Line2, "Vocab transferred to the Rk4");
             setText(SessionLine::Status, "Vocab succesfully transferred to the Rk4");
             setAttention(now);
         } else {
-            setText(SessionLine::Line2, "Voices transferred to the Rk4");
-            setText(SessionLine::Status, "Voices transferred to the Rk4");
+            statusAndLine2("Voices transferred to the Rk4");
         }
         setText(SessionLine::Line1, "Success");
         result = SessionOutcome::Succeeded;
@@ -527,8 +528,7 @@ void ProgrammingSession::stepOnce(Millis now)
             setText(SessionLine::Line2, "");
             wait(now, kAfterReply, Step::ReadPacket);
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::ReadAnnounce);
+            busy(now, Step::ReadAnnounce);
         } else {
             failure(now, Step::ReadAnnounce, [&] { step = Step::ReadEnd; });
         }
@@ -544,8 +544,7 @@ void ProgrammingSession::stepOnce(Millis now)
         if (status == ExchangeStatus::Good) {
             wait(now, kAfterReply, Step::ReadPacketDone);
         } else if (status == ExchangeStatus::Busy) {
-            transport->purge(Purge::Receive);
-            wait(now, kRetryWait, Step::ReadPacket);
+            busy(now, Step::ReadPacket);
         } else if (link->IsEndOfData() && kind == TransferKind::Voices) {
             // The unit has no more voice data: keep what the last block holds.
             appendToTemporary(static_cast<std::size_t>(link->blockSlot));

@@ -108,6 +108,8 @@ private:
     void failure(Millis now, Step retryStep, const std::function<void()>& onLastFailure);
     bool exchange(Millis now, std::uint8_t command, int packetNumber, bool withData, ExchangeStatus& status);
     void sendEnd(Millis now, Millis delay, Step next);
+    void busy(Millis now, Step again);
+    void statusAndLine2(const std::string& text);
     void setAttention(Millis now);
     void closeFiles();
     void finishRun(Millis now);
