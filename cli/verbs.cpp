@@ -11,6 +11,12 @@ constexpr Verb kVerbs[] = {
     {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
     {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
     {"dirs", "FILE.dat", "list the lines of the six directories", runDirs},
+    {"write", "FILE.dat [--port PORT]", "write a configuration to the unit", runWrite},
+    {"read", "OUT.dat [--port PORT]", "read the unit's configuration into a file", runRead},
+    {"verify", "FILE.dat [--port PORT]", "read the unit back and name every field that differs", runVerify},
+    {"write-vocab", "FILE.bin [--port PORT]", "write a vocabulary (erases the unit's voices)", runWriteVocab},
+    {"write-voices", "FILE.msg [--port PORT]", "write the voice messages to the unit", runWriteVoices},
+    {"read-voices", "OUT.msg [--port PORT]", "read the unit's voice messages into a file", runReadVoices},
 };
 
 void printOverview(std::ostream& out)

@@ -33,5 +33,11 @@ int runCommandLine(const Arguments& args, Context& context);
 int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
 int runDirs(const Arguments& args, Context& context);
+int runWrite(const Arguments& args, Context& context);
+int runRead(const Arguments& args, Context& context);
+int runVerify(const Arguments& args, Context& context);
+int runWriteVocab(const Arguments& args, Context& context);
+int runWriteVoices(const Arguments& args, Context& context);
+int runReadVoices(const Arguments& args, Context& context);
 
 } // namespace rk4::cli
