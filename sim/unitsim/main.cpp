@@ -37,7 +37,7 @@ const char kUsage[] =
     "  --database FILE     keep a received database here (.dat form) and serve it for reads\n"
     "  --vocabulary FILE   keep a received vocabulary here\n"
     "  --voices FILE       keep received voices here and serve them for reads\n"
-    "  --pace              hold both directions to the pace of a 9600-baud line\n"
+    "  --pace              send the unit's replies at the pace of a 9600-baud line\n"
     "  --erase-ms N        how long the unit is busy erasing its voice store (default 8000)\n"
     "  --fault SPEC        misbehave: KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise,\n"
     "                      crc, silence; COMMAND a name (version, link, link-alt, write-database,\n"
@@ -165,6 +165,32 @@ std::optional<Terminal> openTerminal()
     return terminal;
 }
 
+// The unit's replies leave at the pace of the line; what the programmer sends
+// is read as it comes. A pseudo-terminal takes the programmer's bytes at once
+// and reports them sent, so holding them back here as well would keep them
+// "on the wire" after the programmer started waiting for the reply, and its
+// reply deadline would run out on a line no real port has.
+class RepliesPaced final : public Transport {
+public:
+    RepliesPaced(Transport& line, const Clock& clock) : line(line), paced(line, clock, 9600) {}
+
+    OpenResult open() override { return line.open(); }
+    bool isOpen() const override { return line.isOpen(); }
+    void close() override { line.close(); }
+    bool write(std::span<const std::uint8_t> bytes) override { return paced.write(bytes); }
+    bool allSent() override { return paced.allSent(); }
+    std::size_t read(std::span<std::uint8_t> buffer) override
+    {
+        paced.allSent(); // keeps a reply moving while the unit listens
+        return line.read(buffer);
+    }
+    void purge(Purge side) override { paced.purge(side); }
+
+private:
+    Transport& line;
+    PacedTransport paced;
+};
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -187,9 +213,9 @@ int main(int argc, char** argv)
 
     SteadyClock clock;
     FdTransport master(terminal->master);
-    std::optional<PacedTransport> paced;
+    std::optional<RepliesPaced> paced;
     if (arguments->pace)
-        paced.emplace(master, clock, 9600);
+        paced.emplace(master, clock);
     Transport& line = paced ? static_cast<Transport&>(*paced) : master;
 
     SimulatedUnit unit(line, arguments->unit);
