@@ -3,12 +3,12 @@
 #include "core/database/file.h"
 #include "core/link/port_slots.h"
 #include "core/link/serial_transport.h"
+#include "core/link/session_driver.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <ostream>
-#include <thread>
 
 namespace rk4::cli {
 
@@ -27,20 +27,7 @@ public:
     const Clock& clock() const override { return steady; }
     std::string description() const override { return name; }
 
-    void waitUntil(Millis target) override
-    {
-        const Millis now = steady.now();
-        if (target <= now)
-            return;
-        const Millis remaining = target - now;
-        // A short wait is an exchange looking for its reply: wake as soon as
-        // bytes come. The longer ones are the session's own pauses, in which
-        // no reply is due, so bytes that straggle in must not cut them short.
-        if (remaining <= kPollInterval && port.readableDescriptor() >= 0)
-            waitForBytes(port, remaining);
-        else
-            std::this_thread::sleep_for(std::chrono::milliseconds(remaining));
-    }
+    void waitUntil(Millis target) override { sleepUntil(port, steady, target); }
 
 private:
     SteadyClock steady;
