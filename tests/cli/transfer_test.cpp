@@ -143,6 +143,16 @@ TEST_F(TransferVerbs, ASingleNakOrCorruptReplyIsRetriedToSuccess)
     EXPECT_FALSE(contains(run.err, "retry 2"));
 }
 
+TEST_F(TransferVerbs, AnOlderUnitIsReachedOnTheSecondPass)
+{
+    const std::string site = newImage("site.dat");
+    const CommandResult run = runRk4({"write", site, "--port", "sim", "--sim-older"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(contains(run.err, "No version available - trying alternate connection.\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Communications Failure - Starting second pass.\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Database transferred to the Rk4\n")) << run.err;
+}
+
 TEST_F(TransferVerbs, VocabularyIsSentWholeAndAPartPacketIsRefused)
 {
     bytesFile("voc.bin", 3 * 4096);
