@@ -133,16 +133,6 @@ TEST_F(TransferVerbs, FailuresGiveTheSystemsTextsAndAFailingExitCode)
     EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "refused before any transfer";
 }
 
-TEST_F(TransferVerbs, ASingleNakOrCorruptReplyIsRetriedToSuccess)
-{
-    const std::string site = newImage("site.dat");
-    const CommandResult run = runRk4({"write", site, "--port", "sim", "--sim-fault", "nak:write-database:0:3",
-                                      "--sim-fault", "crc:packet:1", "--sim-fault", "noise:packet"});
-    EXPECT_EQ(run.code, 0) << run.err;
-    EXPECT_TRUE(contains(run.err, "No response - retry 1\n")) << run.err;
-    EXPECT_FALSE(contains(run.err, "retry 2"));
-}
-
 TEST_F(TransferVerbs, AnOlderUnitIsReachedOnTheSecondPass)
 {
     const std::string site = newImage("site.dat");
