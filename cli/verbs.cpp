@@ -14,6 +14,12 @@ constexpr Verb kVerbs[] = {
     {"ports", "[--dir DIR] [COMn DEVICE]", "show the serial ports, or bind one to a device", runPorts},
     {"wav2vox", "IN.wav [OUT.vox]", "convert a recording to a phrase file", runWav2vox},
     {"vox2wav", "IN.vox OUT.wav", "decode a phrase file to an 8000 Hz wave", runVox2wav},
+    {"write", "FILE.dat [--port PORT]", "write a configuration to the unit", runWrite},
+    {"read", "OUT.dat [--port PORT]", "read the unit's configuration into a file", runRead},
+    {"verify", "FILE.dat [--port PORT]", "read the unit back and name every field that differs", runVerify},
+    {"write-vocab", "FILE.bin [--port PORT]", "write a vocabulary (erases the unit's voices)", runWriteVocab},
+    {"write-voices", "FILE.msg [--port PORT]", "write the voice messages to the unit", runWriteVoices},
+    {"read-voices", "OUT.msg [--port PORT]", "read the unit's voice messages into a file", runReadVoices},
 };
 
 void printOverview(std::ostream& out)

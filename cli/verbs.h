@@ -36,5 +36,11 @@ int runDirs(const Arguments& args, Context& context);
 int runPorts(const Arguments& args, Context& context);
 int runWav2vox(const Arguments& args, Context& context);
 int runVox2wav(const Arguments& args, Context& context);
+int runWrite(const Arguments& args, Context& context);
+int runRead(const Arguments& args, Context& context);
+int runVerify(const Arguments& args, Context& context);
+int runWriteVocab(const Arguments& args, Context& context);
+int runWriteVoices(const Arguments& args, Context& context);
+int runReadVoices(const Arguments& args, Context& context);
 
 } // namespace rk4::cli

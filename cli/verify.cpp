@@ -1,0 +1,45 @@
+#include "cli/transfer.h"
+
+#include "core/database/compare.h"
+
+#include <ostream>
+
+namespace rk4::cli {
+
+using link::ProgrammingSession;
+using link::TransferKind;
+
+// Exit codes as diff has them: 0 the unit holds the file, 1 it differs, 2 no
+// comparison could be made.
+int runVerify(const Arguments& args, Context& context)
+{
+    const Parsed parsed = parseTransferArguments(args);
+    if (const auto usage = checkTransferArguments(parsed, context, "verify", "FILE.dat"))
+        return *usage;
+    const std::string& file = parsed.positional[0];
+    const auto expected = loadImage(file, context);
+    if (!expected)
+        return 2;
+    Workspace workspace;
+    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    if (!line)
+        return 2;
+    const bool read = runTransfer(*line, workspace, context, [](ProgrammingSession& session, Millis now) {
+        return session.Receive(TransferKind::Database, now);
+    });
+    if (!read)
+        return 2;
+
+    const auto differences = compareDatabases(*expected, workspace.image);
+    if (differences.empty()) {
+        context.out << "The unit holds " << file << "\n";
+        return 0;
+    }
+    context.out << differences.size() << (differences.size() == 1 ? " field differs" : " fields differ")
+                << " between " << file << " and the unit:\n";
+    for (const auto& difference : differences)
+        context.out << "  " << differenceText(difference, "in the file", "in the unit") << "\n";
+    return 1;
+}
+
+} // namespace rk4::cli

@@ -1,0 +1,221 @@
+#include "core/database/compare.h"
+#include "core/database/file.h"
+#include "tests/support/cli_runner.h"
+#include "tests/support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+using namespace rk4;
+using rk4::test::CommandResult;
+using rk4::test::runRk4;
+using rk4::test::TempDir;
+
+namespace {
+
+bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+// The transfer verbs work in the current directory (rk4.cfg, voice.tmp), so
+// each test runs in a fresh one.
+class TransferVerbs : public ::testing::Test {
+protected:
+    TempDir dir;
+    std::filesystem::path previous = std::filesystem::current_path();
+
+    void SetUp() override { std::filesystem::current_path(dir.path()); }
+    void TearDown() override { std::filesystem::current_path(previous); }
+
+    std::string newImage(const std::string& name, bool basic = false)
+    {
+        std::vector<std::string> args{"new", name};
+        if (basic)
+            args.insert(args.begin() + 1, "--basic");
+        EXPECT_EQ(runRk4(args).code, 0);
+        return name;
+    }
+
+    Database imageOf(const std::string& name)
+    {
+        Database db;
+        EXPECT_EQ(readImageFile(name, db), FileStatus::Ok) << name;
+        return db;
+    }
+
+    std::string bytesFile(const std::string& name, std::size_t size)
+    {
+        std::string bytes(size, '\0');
+        for (std::size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<char>((i * 13 + 7) & 0xFF);
+        std::ofstream(name, std::ios::binary) << bytes;
+        return name;
+    }
+
+    static std::string contents(const std::string& name)
+    {
+        std::ifstream in(name, std::ios::binary);
+        std::ostringstream all;
+        all << in.rdbuf();
+        return all.str();
+    }
+};
+
+} // namespace
+
+TEST_F(TransferVerbs, WriteVerifyAndReadAgreeWithTheUnitAndLeaveTheFileAlone)
+{
+    const std::string site = newImage("site.dat", true);
+    const std::string before = contents(site);
+    const std::vector<std::string> unit{"--port", "sim", "--sim-database", "unit.dat"};
+    auto with = [&](std::vector<std::string> args) {
+        args.insert(args.end(), unit.begin(), unit.end());
+        return runRk4(args);
+    };
+
+    const CommandResult write = with({"write", site});
+    EXPECT_EQ(write.code, 0) << write.err;
+    EXPECT_TRUE(contains(write.err, "Transmitting packet 2 of 2\n")) << write.err;
+    EXPECT_TRUE(contains(write.err, "Database transferred to the Rk4\nSuccess\n")) << write.err;
+    EXPECT_TRUE(contains(write.err, "Product: BRK4-CEL  Version: 2.14\n"));
+    EXPECT_EQ(contents(site), before) << "the stamped image must not be saved back";
+
+    const CommandResult same = with({"verify", site});
+    EXPECT_EQ(same.code, 0) << same.err;
+    EXPECT_EQ(same.out, "The unit holds site.dat\n");
+
+    Database edited = imageOf(site);
+    edited.group[0].ackCode[0] ^= 0x01;
+    edited.alm[2].port = 5;
+    ASSERT_EQ(writeImageFile("edited.dat", edited), FileStatus::Ok);
+    const CommandResult differs = with({"verify", "edited.dat"});
+    EXPECT_EQ(differs.code, 1);
+    EXPECT_TRUE(contains(differs.out, "2 fields differ between edited.dat and the unit:\n")) << differs.out;
+    EXPECT_TRUE(contains(differs.out, "  group 1 ackCode\n")) << differs.out;
+    EXPECT_TRUE(contains(differs.out, "  point 3 port: 5 in the file, " +
+                                          std::to_string(imageOf(site).alm[2].port) + " in the unit\n"))
+        << differs.out;
+
+    const CommandResult read = with({"read", "back.dat"});
+    EXPECT_EQ(read.code, 0) << read.err;
+    EXPECT_EQ(read.out, "Saved back.dat (Basic mode)\n");
+    EXPECT_TRUE(contains(read.err, "Configuration data read from the Rk4\nSuccess\n")) << read.err;
+    const Database back = imageOf("back.dat");
+    EXPECT_TRUE(compareDatabases(imageOf(site), back).empty());
+    EXPECT_EQ(std::string(back.gen.transferStamp.begin(), back.gen.transferStamp.end()),
+              std::string("555555555") + '\0');
+}
+
+TEST_F(TransferVerbs, FailuresGiveTheSystemsTextsAndAFailingExitCode)
+{
+    const std::string site = newImage("site.dat");
+
+    CommandResult run = runRk4({"write", site, "--port", "sim", "--sim-fault", "silence:any:0:0"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "Communications Failure - Starting second pass.\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Communications Failure - Check connection.\n")) << run.err;
+    EXPECT_FALSE(contains(run.err, "Success"));
+
+    run = runRk4({"read", "out.dat", "--port", "sim", "--sim-fault", "crc:packet:1:0"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "No response - retry 3\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Transfer failed at packet number 2\n")) << run.err;
+    EXPECT_FALSE(std::filesystem::exists("out.dat")) << "a failed read writes nothing";
+
+    run = runRk4({"verify", site, "--port", "sim", "--sim-fault", "silence:read-database:0:0"});
+    EXPECT_EQ(run.code, 2) << "no comparison was made";
+    EXPECT_EQ(run.out, "");
+
+    run = runRk4({"read", "out.txt", "--port", "sim"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, " FILE NAME MUST HAVE .DAT EXTENSION "));
+    EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "refused before any transfer";
+}
+
+TEST_F(TransferVerbs, AnOlderUnitIsReachedOnTheSecondPass)
+{
+    const std::string site = newImage("site.dat");
+    const CommandResult run = runRk4({"write", site, "--port", "sim", "--sim-older"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(contains(run.err, "No version available - trying alternate connection.\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Communications Failure - Starting second pass.\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Database transferred to the Rk4\n")) << run.err;
+}
+
+TEST_F(TransferVerbs, VocabularyIsSentWholeAndAPartPacketIsRefused)
+{
+    bytesFile("voc.bin", 3 * 4096);
+    CommandResult run = runRk4({"write-vocab", "voc.bin", "--port", "sim", "--sim-vocabulary", "unit.bin"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(contains(run.err, "Transmitting packet 3 of 3\n"));
+    EXPECT_TRUE(contains(run.err, "Vocab transferred to the Rk4\nVocab succesfully transferred to the Rk4\n"))
+        << run.err;
+    EXPECT_EQ(contents("unit.bin"), contents("voc.bin"));
+
+    bytesFile("odd.bin", 4097);
+    run = runRk4({"write-vocab", "odd.bin", "--port", "sim"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "File Error: VOCABULARY FILE IS NOT VALID \n")) << run.err;
+
+    run = runRk4({"write-vocab", "missing.bin", "--port", "sim"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, " CANNOT OPEN VOCABULARY FILE ")) << run.err;
+}
+
+TEST_F(TransferVerbs, VoicesGoToTheUnitAndComeBackByteForByte)
+{
+    bytesFile("rk4.msg", 5 * 4096);
+    CommandResult run = runRk4({"write-voices", "rk4.msg", "--port", "sim", "--sim-voices", "unit.msg"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(contains(run.err, "Waiting for Rk4 to initialize voice storage memory.\n10 seconds remaining.\n"));
+    EXPECT_TRUE(contains(run.err, "Voices transferred to the Rk4\n")) << run.err;
+
+    run = runRk4({"read-voices", "back.msg", "--port", "sim", "--sim-voices", "unit.msg"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, "Saved back.msg (20480 bytes)\n");
+    EXPECT_EQ(contents("back.msg"), contents("rk4.msg"));
+    EXPECT_FALSE(std::filesystem::exists("voice.tmp"));
+
+    run = runRk4({"read-voices", "none.msg", "--port", "sim"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "Not enough voice data to be valid.\n")) << run.err;
+    EXPECT_FALSE(std::filesystem::exists("none.msg"));
+}
+
+TEST_F(TransferVerbs, ThePortComesFromTheOptionOrFromTheSavedSlot)
+{
+    const std::string site = newImage("site.dat");
+
+    Config config;
+    config.setPortIndex(3);
+    ASSERT_TRUE(writeConfigFile(kConfigFile, config));
+    ::setenv("RK4_COM4", (dir / "no-such-tty").c_str(), 1);
+    CommandResult run = runRk4({"write", site});
+    ::unsetenv("RK4_COM4");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "Port: COM 4 (" + (dir / "no-such-tty").string() + ")\n")) << run.err;
+    EXPECT_TRUE(contains(run.err, "Error opening COM port\n  There is no device")) << run.err;
+
+    run = runRk4({"read", "out.dat", "--port", "/dev/null"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "/dev/null is not a serial port.")) << run.err;
+
+    EXPECT_EQ(runRk4({"write", site, "--port", "9"}).code, 2);
+    EXPECT_EQ(runRk4({"write", site, "--port", "COM 1", "--sim-fault", "nak"}).code, 2);
+    EXPECT_EQ(runRk4({"write", site, "--port", "sim", "--sim-fault", "hiccup"}).code, 2);
+    EXPECT_EQ(runRk4({"write", site, "--port", "sim", "--fast"}).code, 2);
+    EXPECT_EQ(runRk4({"write", "--port", "sim"}).code, 2);
+}
+
+TEST_F(TransferVerbs, AProgressBarIsDrawnOnATerminalOnly)
+{
+    const std::string site = newImage("site.dat");
+    std::ostringstream out, err;
+    cli::Context terminal{out, err, true};
+    ASSERT_EQ(cli::runCommandLine({"write", site, "--port", "sim"}, terminal), 0) << err.str();
+    EXPECT_TRUE(contains(err.str(), "\r[###############...............] 1/2 packets")) << err.str();
+    EXPECT_TRUE(contains(err.str(), "\r[##############################] 2/2 packets"));
+
+    EXPECT_FALSE(contains(runRk4({"write", site, "--port", "sim"}).err, "packets"));
+}
