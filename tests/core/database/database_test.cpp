@@ -110,16 +110,3 @@ TEST(DatabaseImage, RandomBytesSurviveReadAndWriteIncludingReservedOnes)
     }
 }
 
-TEST(DatabaseImage, RecordsStartWhereTheFileFormatPutsThem)
-{
-    ImageBytes bytes{};
-    bytes[1536] = 'G';
-    bytes[2048] = 'P';
-    bytes[4448] = 'S';
-    bytes[4576] = 7;
-    const Database db = Database::fromImage(bytes);
-    EXPECT_EQ(db.group[0].name[0], 'G');
-    EXPECT_EQ(db.alm[0].name[0], 'P');
-    EXPECT_EQ(db.gen.name[0], 'S');
-    EXPECT_EQ(db.hardware.port[0].typeFlags, 7);
-}

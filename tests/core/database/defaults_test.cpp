@@ -63,17 +63,6 @@ TEST(DefaultValues, KeepsInRangeSelectorsAndClearsOthers)
     EXPECT_EQ(db.hardware.port[3].scaleFlags, 1 | 2) << "only the zero timer was repaired";
 }
 
-TEST(FactoryServiceLine, IsThreeLinesOfThirtyOneCharacters)
-{
-    const auto line = factoryServiceLine();
-    const std::string text(reinterpret_cast<const char*>(line.data()));
-    ASSERT_EQ(text.size(), 31u);
-    EXPECT_EQ(text.substr(0, 1), "P");
-    EXPECT_EQ(text.substr(12, 5), "Y&W5&");
-    EXPECT_EQ(text.back(), '&');
-    EXPECT_EQ(text.find('0'), std::string::npos) << "zero digits are stored as ':'";
-}
-
 TEST(ClearDatabase, KeepsOrClearsDirectories)
 {
     Database db;

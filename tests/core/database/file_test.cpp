@@ -84,17 +84,3 @@ TEST(ImageFile, AnUnwritableFolderGivesCannotOpenAndKeepsTheOldFile)
     EXPECT_EQ(writeImageFile(dir / "no-such-folder" / "x.dat", Database{}), FileStatus::CannotOpen);
 }
 
-TEST(ConfigFile, SixteenBytesRoundTrip)
-{
-    TempDir dir;
-    EXPECT_FALSE(readConfigFile(dir / "rk4.cfg"));
-    Config config;
-    config.setPortIndex(5);
-    config.bytes[1] = 1;
-    ASSERT_TRUE(writeConfigFile(dir / "rk4.cfg", config));
-    EXPECT_EQ(std::filesystem::file_size(dir / "rk4.cfg"), 16u);
-    const auto loaded = readConfigFile(dir / "rk4.cfg");
-    ASSERT_TRUE(loaded);
-    EXPECT_EQ(loaded->portIndex(), 5);
-    EXPECT_TRUE(loaded->binaryCalibration());
-}

@@ -144,20 +144,6 @@ TEST_F(WorkspaceTest, SaveToAWrongNameTruncatesAndRefuses)
     EXPECT_TRUE(space.DatabaseChanged);
 }
 
-TEST_F(WorkspaceTest, SaveAsWritesTheImageAndClearsTheChange)
-{
-    space.InitFile(prompter);
-    space.image.gen.name[0] = 'Q';
-    space.DatabaseChanged = true;
-    prompter.fileChoice((dir / "site.Dat").string());
-    ASSERT_TRUE(space.CmFileSaveAs(prompter));
-    EXPECT_FALSE(space.DatabaseChanged);
-    EXPECT_EQ(space.title(), std::string(" Sentrix Rk4 Programmer  -  ") + (dir / "site.Dat").string());
-    Database loaded;
-    ASSERT_EQ(readImageFile(dir / "site.Dat", loaded), FileStatus::Ok);
-    EXPECT_EQ(loaded, space.image);
-}
-
 TEST_F(WorkspaceTest, ClosingAsksOnlyWhenSomethingChanged)
 {
     space.InitFile(prompter);
@@ -215,14 +201,6 @@ TEST_F(WorkspaceTest, SwitchingToBasicAsksAboutUsedDirectoriesAndBuildsTheTempla
     EXPECT_EQ(space.image.alm[0].type, kPointDigital) << "going back to Advanced keeps the data";
 }
 
-TEST_F(WorkspaceTest, SwitchingToBasicWithEmptyDirectoriesDoesNotAskAboutThem)
-{
-    space.InitFile(prompter);
-    prompter.expect(kToBasic, Answer::No).expect(kUseWizard, Answer::No);
-    EXPECT_TRUE(space.CmMode(prompter));
-    EXPECT_TRUE(prompter.finished());
-}
-
 TEST_F(WorkspaceTest, ClearDataAsksFirstAndLeavesTheChangeFlag)
 {
     space.InitFile(prompter);
@@ -259,9 +237,3 @@ TEST_F(WorkspaceTest, RunWizardNamesTheDirectoriesThatHoldCommands)
     EXPECT_EQ(space.image.dir[0].dirText[0], 'P');
 }
 
-TEST_F(WorkspaceTest, SavePortWritesTheSettingsFile)
-{
-    space.InitFile(prompter);
-    ASSERT_TRUE(space.SavePort(6, prompter));
-    EXPECT_EQ(readConfigFile(dir / "rk4.cfg")->portIndex(), 6);
-}
