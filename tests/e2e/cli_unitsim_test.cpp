@@ -3,33 +3,20 @@
 
 #include "core/database/database.h"
 #include "core/database/file.h"
+#include "tests/e2e/unitsim_process.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fcntl.h>
 #include <fstream>
 #include <random>
 #include <sstream>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 using namespace rk4;
+using rk4::test::argvOf;
 
 namespace {
-
-std::vector<char*> argvOf(std::vector<std::string>& args)
-{
-    std::vector<char*> argv;
-    for (auto& arg : args)
-        argv.push_back(arg.data());
-    argv.push_back(nullptr);
-    return argv;
-}
 
 std::string contents(const std::filesystem::path& file)
 {
@@ -38,43 +25,6 @@ std::string contents(const std::filesystem::path& file)
     all << in.rdbuf();
     return all.str();
 }
-
-// rk4-unitsim for one test; its device is the first line it prints.
-class UnitSim {
-public:
-    explicit UnitSim(std::vector<std::string> options)
-    {
-        int out[2];
-        if (::pipe(out) != 0)
-            return;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, out[0]);
-        options.insert(options.begin(), {RK4_UNITSIM, "--quiet"});
-        const auto argv = argvOf(options);
-        if (::posix_spawn(&pid, RK4_UNITSIM, &actions, nullptr, argv.data(), environ) != 0)
-            pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-        ::close(out[1]);
-        char c;
-        while (::read(out[0], &c, 1) == 1 && c != '\n')
-            device += c;
-        ::close(out[0]);
-    }
-    ~UnitSim()
-    {
-        if (pid > 0) {
-            ::kill(pid, SIGTERM);
-            ::waitpid(pid, nullptr, 0);
-        }
-    }
-    UnitSim(const UnitSim&) = delete;
-    UnitSim& operator=(const UnitSim&) = delete;
-
-    pid_t pid = -1;
-    std::string device;
-};
 
 struct ProgramRun {
     int code = -1;
@@ -134,7 +84,7 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
     test::TempDir dir;
     std::vector<std::string> options{"--database", (dir / "unit.dat").string()};
     options.insert(options.end(), faults.begin(), faults.end());
-    UnitSim sim(options);
+    test::UnitSim sim(options);
     ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
 
     ASSERT_EQ(writeImageFile(dir / "site.dat", scrambledImage()), FileStatus::Ok);
@@ -151,6 +101,7 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
     ASSERT_EQ(back.size(), dbasesize);
     EXPECT_EQ(withoutStamp(back), withoutStamp(sent));
     EXPECT_EQ(back.substr(kGeneralOffset + 48, 10), std::string("555555555") + '\0');
+    EXPECT_EQ(withoutStamp(contents(dir / "unit.dat")), withoutStamp(sent)) << "the unit keeps what it received";
 
     if (!expectedRetry.empty()) {
         EXPECT_NE(write.err.find(expectedRetry), std::string::npos) << write.err;
