@@ -105,26 +105,6 @@ TEST_F(Exchange, EveryByteGivesTheNextAnotherSecond)
     EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Good);
 }
 
-TEST_F(Exchange, ABusyAnswerIsReportedAtOnce)
-{
-    session.start(CMD_VERSION, 0, false, clock.now());
-    fromUnit({0x15, 0x01, 0x8A, 0x00, 0x00});
-    EXPECT_EQ(session.poll(clock.now()), ExchangeStatus::Busy);
-    EXPECT_EQ(session.rxBuffer[0], kBusyByte);
-}
-
-TEST_F(Exchange, VersionReplyGivesProductAndFirmware)
-{
-    session.start(CMD_VERSION, 10000, false, clock.now());
-    const std::string text = "RK4-CEL2.14";
-    std::vector<std::uint8_t> body(16, 0);
-    std::copy(text.begin(), text.end(), body.begin());
-    fromUnit(unitReply(REPLY_VERSION, body));
-    ASSERT_EQ(finish(session, clock), ExchangeStatus::Good);
-    EXPECT_EQ(session.product(), "RK4-CEL");
-    EXPECT_EQ(session.firmware(), "2.14");
-}
-
 TEST_F(Exchange, DataReplyIsStoredByPacketIndexAndShowsProgressOnce)
 {
     session.packetIndex = 1;
@@ -166,13 +146,6 @@ TEST_F(Exchange, AnAcknowledgeInPlaceOfDataFailsButMarksTheEndOfData)
     session.start(CMD_PACKET, 3, false, clock.now());
     EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
     EXPECT_FALSE(session.IsEndOfData());
-}
-
-TEST_F(Exchange, EndOfSessionWaitsForNoReply)
-{
-    session.start(CMD_END, 10000, false, clock.now());
-    EXPECT_EQ(session.status(), ExchangeStatus::Sent);
-    EXPECT_EQ(sentToUnit().size(), 7u);
 }
 
 TEST_F(Exchange, AWriteThatCannotFinishIsAbandonedAfterItsLengthAndHalfASecond)
