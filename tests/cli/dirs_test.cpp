@@ -1,28 +1,15 @@
-#include "cli/verbs.h"
 #include "core/database/defaults.h"
 #include "core/database/file.h"
+#include "tests/support/cli_runner.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <sstream>
 
 using namespace rk4;
 
-namespace {
-
-int runRk4(const cli::Arguments& args, std::string& out, std::string& err)
-{
-    std::ostringstream outStream, errStream;
-    cli::Context context{outStream, errStream};
-    const int code = cli::runCommandLine(args, context);
-    out = outStream.str();
-    err = errStream.str();
-    return code;
-}
-
-} // namespace
+using rk4::test::runRk4;
 
 TEST(DirsVerb, ListsEveryDirectorysLinesAsLabelsAndShownParameters)
 {
@@ -36,9 +23,9 @@ TEST(DirsVerb, ListsEveryDirectorysLinesAsLabelsAndShownParameters)
     set(5, "W1&&&&&&&&&&Q;<&");
     ASSERT_EQ(writeImageFile(temp / "site.dat", db), FileStatus::Ok);
 
-    std::string out, err;
-    EXPECT_EQ(runRk4({"dirs", (temp / "site.dat").string()}, out, err), 0) << err;
-    EXPECT_EQ(out, "Directory A\n"
+    const auto run = runRk4({"dirs", (temp / "site.dat").string()});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_EQ(run.out, "Directory A\n"
                    "  1   [DIAL]1000Y\n"
                    "  2   [WAIT]5 [ALERT] [VOICE] [AUTO ACK]\n"
                    "Directory B\n  (Empty)\n"
@@ -52,8 +39,8 @@ TEST(DirsVerb, ListsEveryDirectorysLinesAsLabelsAndShownParameters)
 TEST(DirsVerb, ReportsAMissingFileAndAMissingArgument)
 {
     test::TempDir temp;
-    std::string out, err;
-    EXPECT_EQ(runRk4({"dirs", (temp / "none.dat").string()}, out, err), 1);
-    EXPECT_NE(err.find(" CANNOT OPEN FILE "), std::string::npos);
-    EXPECT_EQ(runRk4({"dirs"}, out, err), 2);
+    const auto run = runRk4({"dirs", (temp / "none.dat").string()});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_NE(run.err.find(" CANNOT OPEN FILE "), std::string::npos);
+    EXPECT_EQ(runRk4({"dirs"}).code, 2);
 }

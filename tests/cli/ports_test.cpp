@@ -1,27 +1,14 @@
-#include "cli/verbs.h"
 #include "core/database/file.h"
+#include "tests/support/cli_runner.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <sstream>
 
 using namespace rk4;
 
-namespace {
-
-int run(cli::Arguments args, std::string& out, std::string& err)
-{
-    std::ostringstream outStream, errStream;
-    cli::Context context{outStream, errStream};
-    const int code = cli::runCommandLine(args, context);
-    out = outStream.str();
-    err = errStream.str();
-    return code;
-}
-
-} // namespace
+using rk4::test::runRk4;
 
 TEST(PortsVerb, BindsASlotAndListsTheSelectedOne)
 {
@@ -31,15 +18,16 @@ TEST(PortsVerb, BindsASlotAndListsTheSelectedOne)
     config.setPortIndex(1);
     ASSERT_TRUE(writeConfigFile(dir / kConfigFile, config));
 
-    std::string out, err;
-    ASSERT_EQ(run({"ports", "--dir", dir.path().string(), "COM2", "/dev/pts/4"}, out, err), 0) << err;
-    EXPECT_NE(out.find("* COM 2  /dev/pts/4\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("  COM 1  /dev/ttyS0\n"), std::string::npos) << out;
+    auto run = runRk4({"ports", "--dir", dir.path().string(), "COM2", "/dev/pts/4"});
+    ASSERT_EQ(run.code, 0) << run.err;
+    EXPECT_NE(run.out.find("* COM 2  /dev/pts/4\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("  COM 1  /dev/ttyS0\n"), std::string::npos) << run.out;
 
     ::setenv("RK4_COM2", "/dev/pts/8", 1);
-    ASSERT_EQ(run({"ports", "--dir", dir.path().string()}, out, err), 0);
-    EXPECT_NE(out.find("* COM 2  /dev/pts/8  (from RK4_COM2)\n"), std::string::npos) << out;
+    run = runRk4({"ports", "--dir", dir.path().string()});
+    ASSERT_EQ(run.code, 0);
+    EXPECT_NE(run.out.find("* COM 2  /dev/pts/8  (from RK4_COM2)\n"), std::string::npos) << run.out;
     ::unsetenv("RK4_COM2");
 
-    EXPECT_EQ(run({"ports", "--dir", dir.path().string(), "COM9", "/dev/x"}, out, err), 2);
+    EXPECT_EQ(runRk4({"ports", "--dir", dir.path().string(), "COM9", "/dev/x"}).code, 2);
 }

@@ -1,30 +1,17 @@
-#include "cli/verbs.h"
-
 #include "core/database/file.h"
 #include "core/voice/wave.h"
 #include "tests/core/voice/wave_builder.h"
+#include "tests/support/cli_runner.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 
 namespace rk4::cli {
 namespace {
 
-struct VerbRun {
-    int code;
-    std::string out, err;
-};
-
-VerbRun run(const Arguments& args)
-{
-    std::ostringstream out, err;
-    Context context{out, err};
-    const int code = runCommandLine(args, context);
-    return {code, out.str(), err.str()};
-}
+using test::runRk4;
 
 TEST(VoiceVerbs, Wav2voxWritesBesideTheWaveAndVox2wavDecodesItBack)
 {
@@ -35,12 +22,12 @@ TEST(VoiceVerbs, Wav2voxWritesBesideTheWaveAndVox2wavDecodesItBack)
     const auto wave = test::makeWave({.sampleRate = 16000}, test::samples16(input));
     ASSERT_TRUE(writeFileAtomically(dir / "site.id.wav", wave));
 
-    const VerbRun converted = run({"wav2vox", (dir / "site.id.wav").string()});
+    const auto converted = runRk4({"wav2vox", (dir / "site.id.wav").string()});
     ASSERT_EQ(converted.code, 0) << converted.err;
     EXPECT_NE(converted.out.find("16000 Hz, 16-bit, mono"), std::string::npos) << converted.out;
     EXPECT_EQ(readWholeFile(dir / "site.vox"), convertWave(wave).vox);
 
-    const VerbRun decoded = run({"vox2wav", (dir / "site.vox").string(), (dir / "back.wav").string()});
+    const auto decoded = runRk4({"vox2wav", (dir / "site.vox").string(), (dir / "back.wav").string()});
     ASSERT_EQ(decoded.code, 0) << decoded.err;
     const auto back = readWholeFile(dir / "back.wav");
     ASSERT_TRUE(back);
