@@ -51,31 +51,6 @@ TEST(CompareDatabases, NamesTheOneFieldBehindEveryByteOfTheImage)
     }
 }
 
-TEST(CompareDatabases, NamesFieldsAndGivesBothValuesOfNumbers)
-{
-    const Database file = defaults();
-    Database unit = file;
-    unit.group[0].ackCode[0] = 0x31;
-    unit.alm[2].port = 5;
-    unit.hardware.port[1].debounce = 80;
-    unit.hardware.port[9].timer = 7;
-    unit.gen.accessCode[3] = 0x32;
-
-    const auto differences = compareDatabases(file, unit);
-    std::vector<std::string> lines;
-    for (const auto& difference : differences)
-        lines.push_back(differenceText(difference, "in the file", "in the unit"));
-    EXPECT_EQ(lines, (std::vector<std::string>{
-                         "group 1 ackCode",
-                         "point 3 port: " + std::to_string(file.alm[2].port) + " in the file, 5 in the unit",
-                         "general accessCode",
-                         "hardware input 2 debounce: " + std::to_string(file.hardware.port[1].debounce) +
-                             " in the file, 80 in the unit",
-                         "hardware output 2 timer: " + std::to_string(file.hardware.port[9].timer) +
-                             " in the file, 7 in the unit",
-                     }));
-}
-
 TEST(CompareDatabases, ComparesTheTransferStampOnlyWhenAsked)
 {
     const Database file = defaults();
