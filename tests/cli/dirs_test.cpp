@@ -35,12 +35,3 @@ TEST(DirsVerb, ListsEveryDirectorysLinesAsLabelsAndShownParameters)
                    "Directory F\n  1   [WAIT]1\n  2  \n  3  \n  4  \n  5  \n  6  \n  7  \n  8  \n  9  \n"
                    " 10  \n 11   [DTMF]*#\n");
 }
-
-TEST(DirsVerb, ReportsAMissingFileAndAMissingArgument)
-{
-    test::TempDir temp;
-    const auto run = runRk4({"dirs", (temp / "none.dat").string()});
-    EXPECT_EQ(run.code, 1);
-    EXPECT_NE(run.err.find(" CANNOT OPEN FILE "), std::string::npos);
-    EXPECT_EQ(runRk4({"dirs"}).code, 2);
-}

@@ -87,20 +87,16 @@ TEST(SetUpPort, AFailedOpenIsReportedWithItsCause)
 
 TEST(SerialTransport, ExplainsWhyAPortWillNotOpen)
 {
-    test::TempDir dir;
-    SerialTransport missing((dir / "ttyUSB9").string());
-    EXPECT_NE(missing.open().detail.find("There is no device"), std::string::npos);
-
-    std::ofstream(dir / "plain") << "x";
-    SerialTransport plain((dir / "plain").string());
-    EXPECT_NE(plain.open().detail.find("is not a serial port"), std::string::npos);
-    EXPECT_FALSE(plain.isOpen());
-
+    // A missing device and a file that is no tty: see the transfer command's port test.
     EXPECT_NE(openFailureDetail("/dev/ttyUSB0", EACCES).find("dialout group"), std::string::npos);
     if (::geteuid() == 0)
         return; // root opens anything
+    test::TempDir dir;
+    std::ofstream(dir / "plain") << "x";
+    SerialTransport plain((dir / "plain").string());
     std::filesystem::permissions(dir / "plain", std::filesystem::perms::none);
     EXPECT_NE(plain.open().detail.find("dialout group"), std::string::npos);
+    EXPECT_FALSE(plain.isOpen());
 }
 
 TEST(SerialTransport, OpensAPseudoTerminalExclusivelyAsARawLine)
