@@ -40,7 +40,7 @@ const char kUsage[] =
     "  --pace              send replies at the pace of a 9600-baud line (a pseudo-terminal\n"
     "                      takes the programmer's requests at once, whatever the pace)\n"
     "  --erase-ms N        how long the unit is busy erasing its voice store (default 8000)\n"
-    "  --fault SPEC        misbehave: KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise,\n"
+    "  --fault FAULT       misbehave: KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise,\n"
     "                      crc, silence; COMMAND a name (version, link, link-alt, write-database,\n"
     "                      write-voices, write-vocabulary, read-database, read-voices, packet,\n"
     "                      end, any) or a code like 0x8a; let SKIP matching requests through,\n"

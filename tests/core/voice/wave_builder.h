@@ -11,7 +11,7 @@
 
 namespace rk4::test {
 
-struct WaveSpec {
+struct WaveLayout {
     std::uint32_t sampleRate = 8000;
     std::uint16_t bitsPerSample = 16;
     std::uint16_t channels = 1;
@@ -21,27 +21,27 @@ struct WaveSpec {
     std::int64_t dataSize = -1;  // -1: the size of the data given
 };
 
-inline std::vector<std::uint8_t> makeWave(const WaveSpec& spec, std::span<const std::uint8_t> data)
+inline std::vector<std::uint8_t> makeWave(const WaveLayout& layout, std::span<const std::uint8_t> data)
 {
-    std::vector<std::uint8_t> bytes(12 + 8 + 16 + spec.fmtExtra + (spec.fact ? 12 : 0) + 8);
+    std::vector<std::uint8_t> bytes(12 + 8 + 16 + layout.fmtExtra + (layout.fact ? 12 : 0) + 8);
     std::span<std::uint8_t> out(bytes);
     std::memcpy(bytes.data(), "RIFFxxxxWAVEfmt ", 16);
-    writeLE32(out, 16, 16 + spec.fmtExtra);
-    writeLE16(out, 20, spec.formatTag);
-    writeLE16(out, 22, spec.channels);
-    writeLE32(out, 24, spec.sampleRate);
-    writeLE32(out, 28, spec.sampleRate * spec.channels * spec.bitsPerSample / 8);
-    writeLE16(out, 32, static_cast<std::uint16_t>(spec.channels * spec.bitsPerSample / 8));
-    writeLE16(out, 34, spec.bitsPerSample);
-    std::size_t at = 36 + spec.fmtExtra;
-    if (spec.fact) {
+    writeLE32(out, 16, 16 + layout.fmtExtra);
+    writeLE16(out, 20, layout.formatTag);
+    writeLE16(out, 22, layout.channels);
+    writeLE32(out, 24, layout.sampleRate);
+    writeLE32(out, 28, layout.sampleRate * layout.channels * layout.bitsPerSample / 8);
+    writeLE16(out, 32, static_cast<std::uint16_t>(layout.channels * layout.bitsPerSample / 8));
+    writeLE16(out, 34, layout.bitsPerSample);
+    std::size_t at = 36 + layout.fmtExtra;
+    if (layout.fact) {
         std::memcpy(bytes.data() + at, "fact", 4);
         writeLE32(out, at + 4, 4);
         writeLE32(out, at + 8, 12345);
         at += 12;
     }
     std::memcpy(bytes.data() + at, "data", 4);
-    writeLE32(out, at + 4, static_cast<std::uint32_t>(spec.dataSize < 0 ? data.size() : spec.dataSize));
+    writeLE32(out, at + 4, static_cast<std::uint32_t>(layout.dataSize < 0 ? data.size() : layout.dataSize));
     bytes.insert(bytes.end(), data.begin(), data.end());
     writeLE32(std::span<std::uint8_t>(bytes), 4, static_cast<std::uint32_t>(bytes.size() - 8));
     return bytes;

@@ -35,19 +35,19 @@ TEST(WaveReaderRandom, RandomHeadersTruncationsAndGarbageGiveWholeBlockPhrases)
     const std::uint16_t widths[] = {8, 16, 0, 24, 32, 12};
 
     for (int round = 0; round < 1500; ++round) {
-        test::WaveSpec spec;
-        spec.sampleRate = pick(0, 3) == 0 ? pick(1000, 200000) : rates[pick(0, std::size(rates) - 1)];
-        spec.bitsPerSample = widths[pick(0, std::size(widths) - 1)];
-        spec.channels = static_cast<std::uint16_t>(pick(0, 3));
-        spec.formatTag = static_cast<std::uint16_t>(pick(0, 3));
-        spec.fmtExtra = pick(0, 4) == 0 ? pick(0, 40) : 0;
-        spec.fact = pick(0, 1) == 1;
+        test::WaveLayout layout;
+        layout.sampleRate = pick(0, 3) == 0 ? pick(1000, 200000) : rates[pick(0, std::size(rates) - 1)];
+        layout.bitsPerSample = widths[pick(0, std::size(widths) - 1)];
+        layout.channels = static_cast<std::uint16_t>(pick(0, 3));
+        layout.formatTag = static_cast<std::uint16_t>(pick(0, 3));
+        layout.fmtExtra = pick(0, 4) == 0 ? pick(0, 40) : 0;
+        layout.fact = pick(0, 1) == 1;
         std::vector<std::uint8_t> data(pick(0, 6000));
         for (auto& byte : data)
             byte = static_cast<std::uint8_t>(pick(0, 255));
         if (pick(0, 3) == 0)
-            spec.dataSize = pick(0, 3) == 0 ? 0xFFFFFFFFu : pick(0, 20000);
-        std::vector<std::uint8_t> wave = test::makeWave(spec, data);
+            layout.dataSize = pick(0, 3) == 0 ? 0xFFFFFFFFu : pick(0, 20000);
+        std::vector<std::uint8_t> wave = test::makeWave(layout, data);
 
         switch (pick(0, 3)) {
         case 0: wave.resize(pick(0, static_cast<std::uint32_t>(wave.size()))); break; // truncated anywhere

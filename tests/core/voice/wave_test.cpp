@@ -14,7 +14,7 @@ namespace {
 using test::encodePhrase;
 using test::makeWave;
 using test::samples16;
-using test::WaveSpec;
+using test::WaveLayout;
 
 std::vector<std::uint8_t> firstBytes(const std::vector<std::uint8_t>& vox, std::size_t count)
 {
