@@ -36,7 +36,7 @@ constexpr double kBitsPerByte = 10; // start, 8 data, stop
 
 // Counts every byte the tool puts on the line and takes off it.
 class CountingTransport final : public Transport {
-public:
+  public:
     explicit CountingTransport(Transport& inner) : inner(inner) {}
 
     OpenResult open() override { return inner.open(); }
@@ -61,12 +61,12 @@ public:
     std::size_t sent = 0;
     std::size_t received = 0;
 
-private:
+  private:
     Transport& inner;
 };
 
 class NoPrompter final : public Prompter {
-public:
+  public:
     Answer ask(const Message& message) override { return message.buttons == Buttons::Ok ? Answer::Ok : Answer::No; }
     std::optional<std::string> chooseFile(const FileRequest&) override { return std::nullopt; }
 };

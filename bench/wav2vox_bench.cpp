@@ -85,8 +85,8 @@ int main(int argc, char** argv)
 
     double cli = -1;
     if (!rk4Path.empty()) {
-        const std::string command = "'" + rk4Path + "' wav2vox '" + wave.string() + "' '" + (dir / "cli.vox").string() +
-                                    "' >/dev/null";
+        const std::string command =
+            "'" + rk4Path + "' wav2vox '" + wave.string() + "' '" + (dir / "cli.vox").string() + "' >/dev/null";
         cli = medianSeconds(runs, [&] { return std::system(command.c_str()) == 0; });
         std::printf("rk4 wav2vox (process):           %8.3f s\n", cli);
     }

@@ -13,12 +13,14 @@ namespace rk4::cli {
 
 // Prints messages to the error stream; questions get their default answer.
 class StreamPrompter : public Prompter {
-public:
-    StreamPrompter(std::ostream& stream, Answer defaultAnswer = Answer::No) : stream(stream), defaultAnswer(defaultAnswer) {}
+  public:
+    StreamPrompter(std::ostream& stream, Answer defaultAnswer = Answer::No)
+        : stream(stream), defaultAnswer(defaultAnswer)
+    {}
     Answer ask(const Message& message) override;
     std::optional<std::string> chooseFile(const FileRequest&) override { return std::nullopt; }
 
-private:
+  private:
     std::ostream& stream;
     Answer defaultAnswer;
 };

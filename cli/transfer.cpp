@@ -20,7 +20,7 @@ constexpr const char* kSimulatedPort = "sim";
 
 // A serial port or any terminal device, on the real clock.
 class SerialLine final : public UnitLine {
-public:
+  public:
     SerialLine(std::string path, std::string name) : port(std::move(path)), name(std::move(name)) {}
 
     Transport& transport() override { return port; }
@@ -29,7 +29,7 @@ public:
 
     void waitUntil(Millis target) override { sleepUntil(port, steady, target); }
 
-private:
+  private:
     SteadyClock steady;
     SerialTransport port;
     std::string name;
@@ -39,7 +39,7 @@ private:
 // straight to the next moment the session wants: a transfer with all its
 // pauses finishes at once.
 class SimulatedLine final : public UnitLine {
-public:
+  public:
     SimulatedLine(UnitOptions options, std::array<std::string, 3> files, Context& context)
         : port(time, std::move(options)), files(std::move(files)), context(context)
     {
@@ -55,7 +55,7 @@ public:
     std::string description() const override { return "the simulated unit"; }
     void waitUntil(Millis target) override { time.set(std::max(target, time.now() + 1)); }
 
-private:
+  private:
     std::vector<std::uint8_t>& held(TransferKind kind)
     {
         UnitStore& store = port.unit().store;
@@ -108,7 +108,7 @@ std::optional<int> slotNumber(const std::string& text)
 // Prints messages as StreamPrompter does and says how each question was
 // answered, so a log shows why the run went on.
 class AnsweringPrompter final : public Prompter {
-public:
+  public:
     explicit AnsweringPrompter(std::ostream& stream) : stream(stream), printer(stream, Answer::No) {}
     Answer ask(const Message& message) override
     {
@@ -119,7 +119,7 @@ public:
     }
     std::optional<std::string> chooseFile(const FileRequest&) override { return std::nullopt; }
 
-private:
+  private:
     std::ostream& stream;
     StreamPrompter printer;
 };
@@ -127,7 +127,7 @@ private:
 // Shows the session's texts once each as they change, and keeps a bar of the
 // packets on the last line of a terminal.
 class ProgressPrinter {
-public:
+  public:
     ProgressPrinter(Context& context, const ProgrammingSession& session) : context(context), session(session) {}
 
     void text(SessionLine line, const std::string& text)
@@ -154,7 +154,7 @@ public:
 
     void finish() { clearBar(); }
 
-private:
+  private:
     void drawBar()
     {
         const SessionView& view = session.view();

@@ -23,7 +23,7 @@ namespace rk4::cli {
 Parsed parseTransferArguments(const Arguments& args);
 
 class UnitLine {
-public:
+  public:
     // The line named by --port, else the slot saved in rk4.cfg in
     // `workingDirectory` (COM 1 when there is none). Nothing, with the problem
     // printed, when the arguments do not name a port.

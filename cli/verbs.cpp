@@ -42,8 +42,8 @@ int runCommandLine(const Arguments& args, Context& context)
         printOverview(args.empty() ? context.err : context.out);
         return args.empty() ? 2 : 0;
     }
-    const auto found = std::find_if(std::begin(kVerbs), std::end(kVerbs),
-                                    [&](const Verb& verb) { return args[0] == verb.name; });
+    const auto found =
+        std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const Verb& verb) { return args[0] == verb.name; });
     if (found == std::end(kVerbs)) {
         context.err << "rk4: unknown command '" << args[0] << "'\n";
         printOverview(context.err);

@@ -35,8 +35,8 @@ int runVerify(const Arguments& args, Context& context)
         context.out << "The unit holds " << file << "\n";
         return 0;
     }
-    context.out << differences.size() << (differences.size() == 1 ? " field differs" : " fields differ")
-                << " between " << file << " and the unit:\n";
+    context.out << differences.size() << (differences.size() == 1 ? " field differs" : " fields differ") << " between "
+                << file << " and the unit:\n";
     for (const auto& difference : differences)
         context.out << "  " << differenceText(difference, "in the file", "in the unit") << "\n";
     return 1;

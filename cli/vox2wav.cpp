@@ -28,8 +28,8 @@ int runVox2wav(const Arguments& args, Context& context)
     }
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.3f", static_cast<double>(samples.size()) / kPhraseRate);
-    context.out << parsed.positional[0] << " -> " << parsed.positional[1] << ", " << samples.size()
-                << " samples, " << seconds << " s at 8000 Hz\n";
+    context.out << parsed.positional[0] << " -> " << parsed.positional[1] << ", " << samples.size() << " samples, "
+                << seconds << " s at 8000 Hz\n";
     return 0;
 }
 

@@ -17,8 +17,8 @@ int runWav2vox(const Arguments& args, Context& context)
     converter.SetupWindow();
     converter.keepWaveforms = false;
     converter.source = parsed.positional[0];
-    converter.destination = parsed.positional.size() == 2 ? parsed.positional[1]
-                                                          : GetDefaultDestination("", converter.source);
+    converter.destination =
+        parsed.positional.size() == 2 ? parsed.positional[1] : GetDefaultDestination("", converter.source);
     StreamPrompter prompter(context.err);
     if (!converter.CmConvert(prompter))
         return 1;

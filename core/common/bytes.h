@@ -22,7 +22,8 @@ inline void writeLE16(std::span<std::uint8_t> bytes, std::size_t offset, std::ui
 inline std::uint32_t readLE32(std::span<const std::uint8_t> bytes, std::size_t offset)
 {
     return static_cast<std::uint32_t>(bytes[offset]) | (static_cast<std::uint32_t>(bytes[offset + 1]) << 8) |
-           (static_cast<std::uint32_t>(bytes[offset + 2]) << 16) | (static_cast<std::uint32_t>(bytes[offset + 3]) << 24);
+           (static_cast<std::uint32_t>(bytes[offset + 2]) << 16) |
+           (static_cast<std::uint32_t>(bytes[offset + 3]) << 24);
 }
 
 inline void writeLE32(std::span<std::uint8_t> bytes, std::size_t offset, std::uint32_t value)

@@ -10,13 +10,13 @@ namespace rk4 {
 using Millis = std::uint64_t;
 
 class Clock {
-public:
+  public:
     virtual ~Clock() = default;
     virtual Millis now() const = 0;
 };
 
 class SteadyClock final : public Clock {
-public:
+  public:
     Millis now() const override
     {
         using namespace std::chrono;
@@ -26,13 +26,13 @@ public:
 
 // Time that moves only when told to: tests and the built-in simulated unit.
 class ManualClock final : public Clock {
-public:
+  public:
     explicit ManualClock(Millis start = 0) : current(start) {}
     Millis now() const override { return current; }
     void advance(Millis delta) { current += delta; }
     void set(Millis value) { current = value; }
 
-private:
+  private:
     Millis current;
 };
 

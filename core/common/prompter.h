@@ -18,8 +18,7 @@ struct Message {
     Message(std::string title, std::string text, Icon icon = Icon::None, Buttons buttons = Buttons::Ok,
             std::string detail = {})
         : title(std::move(title)), text(std::move(text)), icon(icon), buttons(buttons), detail(std::move(detail))
-    {
-    }
+    {}
 
     std::string title;
     std::string text;
@@ -39,7 +38,7 @@ struct FileRequest {
 };
 
 class Prompter {
-public:
+  public:
     virtual ~Prompter() = default;
     virtual Answer ask(const Message& message) = 0;
     // An empty result means the user cancelled.

@@ -120,7 +120,7 @@ std::vector<FieldDifference> compareDatabases(const Database& expected, const Da
     std::vector<FieldDifference> out;
     for (int i = 0; i < kDirectoryCount; ++i)
         Collector{std::string("directory ") + static_cast<char>('A' + i), out}("dirText", expected.dir[i].dirText,
-                                                                              actual.dir[i].dirText);
+                                                                               actual.dir[i].dirText);
     for (int i = 0; i < kGroupCount; ++i)
         fields(expected.group[i], actual.group[i], Collector{"group " + std::to_string(i + 1), out});
     for (int i = 0; i < kPointCount; ++i)

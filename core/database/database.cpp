@@ -137,14 +137,38 @@ void readAt(Record& record, std::span<const std::uint8_t> in, std::size_t offset
 
 } // namespace
 
-void writeRecord(const GroupRecord& record, std::span<std::uint8_t, GroupRecord::size> out) { layout(record, Writer{out}); }
-void writeRecord(const PointRecord& record, std::span<std::uint8_t, PointRecord::size> out) { layout(record, Writer{out}); }
-void writeRecord(const GeneralRecord& record, std::span<std::uint8_t, GeneralRecord::size> out) { layout(record, Writer{out}); }
-void writeRecord(const HardwarePort& record, std::span<std::uint8_t, HardwarePort::size> out) { layout(record, Writer{out}); }
-void readRecord(GroupRecord& record, std::span<const std::uint8_t, GroupRecord::size> in) { layout(record, Reader{in}); }
-void readRecord(PointRecord& record, std::span<const std::uint8_t, PointRecord::size> in) { layout(record, Reader{in}); }
-void readRecord(GeneralRecord& record, std::span<const std::uint8_t, GeneralRecord::size> in) { layout(record, Reader{in}); }
-void readRecord(HardwarePort& record, std::span<const std::uint8_t, HardwarePort::size> in) { layout(record, Reader{in}); }
+void writeRecord(const GroupRecord& record, std::span<std::uint8_t, GroupRecord::size> out)
+{
+    layout(record, Writer{out});
+}
+void writeRecord(const PointRecord& record, std::span<std::uint8_t, PointRecord::size> out)
+{
+    layout(record, Writer{out});
+}
+void writeRecord(const GeneralRecord& record, std::span<std::uint8_t, GeneralRecord::size> out)
+{
+    layout(record, Writer{out});
+}
+void writeRecord(const HardwarePort& record, std::span<std::uint8_t, HardwarePort::size> out)
+{
+    layout(record, Writer{out});
+}
+void readRecord(GroupRecord& record, std::span<const std::uint8_t, GroupRecord::size> in)
+{
+    layout(record, Reader{in});
+}
+void readRecord(PointRecord& record, std::span<const std::uint8_t, PointRecord::size> in)
+{
+    layout(record, Reader{in});
+}
+void readRecord(GeneralRecord& record, std::span<const std::uint8_t, GeneralRecord::size> in)
+{
+    layout(record, Reader{in});
+}
+void readRecord(HardwarePort& record, std::span<const std::uint8_t, HardwarePort::size> in)
+{
+    layout(record, Reader{in});
+}
 
 ImageBytes Database::toBytes() const
 {

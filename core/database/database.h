@@ -20,7 +20,7 @@ inline constexpr int kPointCount = 30;
 inline constexpr int kPortCount = 16;
 inline constexpr int kInputCount = 8;
 
-using Name = std::array<char, 16>;           // space padded, no terminator at 16
+using Name = std::array<char, 16>;            // space padded, no terminator at 16
 using DtmfCode = std::array<std::uint8_t, 8>; // stored DTMF digits, NUL terminated
 
 struct DirectoryRecord {
@@ -72,17 +72,17 @@ struct PointRecord {
     std::array<std::uint8_t, 8> reserved33{};
     std::uint16_t port = 0; // 41, 0-based channel
     std::array<std::uint8_t, 3> reserved43{};
-    std::uint16_t decimalMaximum = 0;      // 46, signed scaled integer
-    std::uint16_t binaryMinimum = 0;       // 48, counts
-    std::uint16_t lowReset = 0;            // 50, counts
-    std::array<std::uint8_t, 3> slope{};   // 52, 24-bit, most significant byte first
-    std::uint16_t highReset = 0;           // 55, counts (1 for new points)
-    std::uint16_t decimalMinimum = 0;      // 57, signed scaled integer
+    std::uint16_t decimalMaximum = 0;           // 46, signed scaled integer
+    std::uint16_t binaryMinimum = 0;            // 48, counts
+    std::uint16_t lowReset = 0;                 // 50, counts
+    std::array<std::uint8_t, 3> slope{};        // 52, 24-bit, most significant byte first
+    std::uint16_t highReset = 0;                // 55, counts (1 for new points)
+    std::uint16_t decimalMinimum = 0;           // 57, signed scaled integer
     std::array<std::uint8_t, 3> unitSelector{}; // 59..61, spoken-unit selectors A, B, C
-    std::uint16_t binaryMaximum = 0;       // 62, counts
-    std::uint16_t highSetpointDecimal = 0; // 64, signed, not swapped on the link
-    std::uint16_t lowSetpointDecimal = 0;  // 66, signed, not swapped on the link
-    std::uint8_t decimalPlaces = 0;        // 68, low four bits
+    std::uint16_t binaryMaximum = 0;            // 62, counts
+    std::uint16_t highSetpointDecimal = 0;      // 64, signed, not swapped on the link
+    std::uint16_t lowSetpointDecimal = 0;       // 66, signed, not swapped on the link
+    std::uint8_t decimalPlaces = 0;             // 68, low four bits
     std::uint8_t outFunction = 0;
     std::uint8_t outGroupMask = 0;
     std::uint8_t reserved71 = 0;

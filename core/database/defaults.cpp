@@ -194,10 +194,7 @@ void PadAllTags(Database& db)
         padName(point.name);
 }
 
-std::uint16_t FixInt(std::uint16_t value)
-{
-    return static_cast<std::uint16_t>(((value & 0xFF) << 8) | (value >> 8));
-}
+std::uint16_t FixInt(std::uint16_t value) { return static_cast<std::uint16_t>(((value & 0xFF) << 8) | (value >> 8)); }
 
 std::uint8_t MakeMask(int bit)
 {

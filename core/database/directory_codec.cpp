@@ -15,15 +15,15 @@ struct CommandLabel {
 
 // 'U' is a command without a label.
 constexpr CommandLabel kLabels[] = {
-    {'P', " [DIAL]"},   {'Q', " [DTMF]"},   {'Z', " [PATCH]"},  {'W', " [WAIT]"},     {'V', " [VOICE]"},
-    {'N', " [ALERT]"},  {'M', " [ANSWER]"}, {'X', " [AUTO ACK]"}, {'S', " [SIGNAL]"}, {'H', " [TAP]"},
-    {'R', " [RADIO]"},  {'F', " [5 TONE]"}, {'T', " [2 TONE]"}, {'G', " [VOICE+]"},   {'L', " [VOICE-]"},
-    {kEmptySlot, " "},
+    {'P', " [DIAL]"},   {'Q', " [DTMF]"},   {'Z', " [PATCH]"},  {'W', " [WAIT]"},
+    {'V', " [VOICE]"},  {'N', " [ALERT]"},  {'M', " [ANSWER]"}, {'X', " [AUTO ACK]"},
+    {'S', " [SIGNAL]"}, {'H', " [TAP]"},    {'R', " [RADIO]"},  {'F', " [5 TONE]"},
+    {'T', " [2 TONE]"}, {'G', " [VOICE+]"}, {'L', " [VOICE-]"}, {kEmptySlot, " "},
 };
 
 // Writes bytes into a bounded text and remembers whether any did not fit.
 class TextWriter {
-public:
+  public:
     explicit TextWriter(std::span<std::uint8_t> text) : text(text) {}
     void put(std::uint8_t byte)
     {
@@ -40,7 +40,7 @@ public:
     }
     bool allFitted() const { return fits; }
 
-private:
+  private:
     std::span<std::uint8_t> text;
     std::size_t position = 0;
     bool fits = true;
@@ -68,11 +68,23 @@ char shownParameterByte(std::uint8_t letter, std::uint8_t byte, bool first)
 bool isCommandLetter(std::uint8_t byte)
 {
     switch (byte) {
-    case 'F': case 'G': case 'H': case 'L': case 'M': case 'N': case 'P': case 'Q':
-    case 'R': case 'S': case 'T': case 'U': case 'V': case 'W': case 'X': case 'Z':
-        return true;
-    default:
-        return false;
+    case 'F':
+    case 'G':
+    case 'H':
+    case 'L':
+    case 'M':
+    case 'N':
+    case 'P':
+    case 'Q':
+    case 'R':
+    case 'S':
+    case 'T':
+    case 'U':
+    case 'V':
+    case 'W':
+    case 'X':
+    case 'Z': return true;
+    default: return false;
     }
 }
 

@@ -51,7 +51,7 @@ std::uint8_t ShrinkCommand(std::string_view label);
 void ExpandCommand(std::uint8_t letter, std::string& out);
 
 struct DirLine {
-    std::array<std::uint8_t, kCommandsPerLine> command{}; // 0 ends the line
+    std::array<std::uint8_t, kCommandsPerLine> command{};  // 0 ends the line
     std::array<std::string, kCommandsPerLine> parameter{}; // shown form
 
     bool empty() const { return command[0] == 0; }

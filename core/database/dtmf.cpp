@@ -8,25 +8,17 @@ char ASCII2DTMF(char shown)
 {
     switch (shown) {
     case 'A':
-    case 'a':
-        return '=';
+    case 'a': return '=';
     case 'B':
-    case 'b':
-        return '>';
+    case 'b': return '>';
     case 'C':
-    case 'c':
-        return '?';
+    case 'c': return '?';
     case 'D':
-    case 'd':
-        return '0';
-    case '0':
-        return ':';
-    case '#':
-        return '<';
-    case '*':
-        return ';';
-    default:
-        return shown;
+    case 'd': return '0';
+    case '0': return ':';
+    case '#': return '<';
+    case '*': return ';';
+    default: return shown;
     }
 }
 
@@ -39,22 +31,14 @@ void ASCII2DTMF(std::string& text)
 char DTMF2ASCII(char stored)
 {
     switch (stored) {
-    case '0':
-        return 'D';
-    case ':':
-        return '0';
-    case ';':
-        return '*';
-    case '<':
-        return '#';
-    case '=':
-        return 'A';
-    case '>':
-        return 'B';
-    case '?':
-        return 'C';
-    default:
-        return stored >= '1' && stored <= '9' ? stored : '*';
+    case '0': return 'D';
+    case ':': return '0';
+    case ';': return '*';
+    case '<': return '#';
+    case '=': return 'A';
+    case '>': return 'B';
+    case '?': return 'C';
+    default: return stored >= '1' && stored <= '9' ? stored : '*';
     }
 }
 

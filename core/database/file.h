@@ -7,9 +7,9 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
-#include <span>
 
 namespace rk4 {
 

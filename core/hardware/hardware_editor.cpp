@@ -89,8 +89,8 @@ std::vector<std::string> HardwareEditor::inputLine(int port)
             if (entry.resetMask & (1u << n))
                 totalizers.push_back(n + 1);
         if (!totalizers.empty())
-            text += (totalizers.size() == 1 ? ", Resets totalizer " : ", Resets totalizers ") +
-                    joinWithCommas(totalizers);
+            text +=
+                (totalizers.size() == 1 ? ", Resets totalizer " : ", Resets totalizers ") + joinWithCommas(totalizers);
         break;
     }
     case kInputWatchdog: {
@@ -107,9 +107,7 @@ std::vector<std::string> HardwareEditor::inputLine(int port)
         text += (entry.scaleFlags & kIntervalMinutes) ? "minutes" : "seconds";
         break;
     default: {
-        text += both  ? "Count: Both changes"
-                : low ? "Count: Low to High changes"
-                      : "Count: High to Low changes";
+        text += both ? "Count: Both changes" : low ? "Count: Low to High changes" : "Count: High to Low changes";
         const std::uint8_t bit = static_cast<std::uint8_t>(1u << port);
         for (int n = 0; n < kInputCount; ++n)
             if (isPlainDigital(working.port[n].typeFlags) && (working.port[n].resetMask & bit))

@@ -18,7 +18,7 @@ class Workspace;
 std::string PadValue(const std::string& value, std::size_t width);
 
 class HardwareEditor : public Editor {
-public:
+  public:
     enum class Mode { Inputs, Outputs };
 
     HardwareEditor(Workspace& space, Mode mode);
@@ -50,7 +50,7 @@ public:
     std::string scope() const override { return outputs() ? "the hardware outputs" : "the hardware inputs"; }
     void leave() override;
 
-private:
+  private:
     std::vector<std::string> inputLine(int port);
     std::vector<std::string> outputLine(int port);
 

@@ -71,8 +71,8 @@ std::string PortEditor::title() const
 
 bool PortEditor::hasDebounce() const
 {
-    return dialogKind == DialogKind::Digital || dialogKind == DialogKind::Wdog ||
-           dialogKind == DialogKind::Interval || dialogKind == DialogKind::Total;
+    return dialogKind == DialogKind::Digital || dialogKind == DialogKind::Wdog || dialogKind == DialogKind::Interval ||
+           dialogKind == DialogKind::Total;
 }
 
 int PortEditor::currentTypeIndex() const
@@ -125,7 +125,7 @@ void PortEditor::SetupWindow()
     debounce.load(entry.debounce, entry.scaleFlags & kDebounceMinutes);
     timer.load(entry.timer, entry.scaleFlags & kTimerMinutes);
     normallyLow = entry.typeFlags & kPolarityBit;
-    edge = (entry.typeFlags & kBothChanges) ? Edge::Both
+    edge = (entry.typeFlags & kBothChanges)   ? Edge::Both
            : (entry.typeFlags & kPolarityBit) ? Edge::LowToHigh
                                               : Edge::HighToLow;
     intervalMinutes = entry.scaleFlags & kIntervalMinutes;
@@ -157,8 +157,8 @@ CloseCheck PortEditor::CanClose(Prompter& prompter)
         if (!debounceCount)
             return {false, FieldId::Debounce};
     }
-    const bool checkTimer = dialogKind == DialogKind::Wdog ||
-                            (dialogKind == DialogKind::Timed && (entry.typeFlags & 0x01) == kOutputTimed);
+    const bool checkTimer =
+        dialogKind == DialogKind::Wdog || (dialogKind == DialogKind::Timed && (entry.typeFlags & 0x01) == kOutputTimed);
     if (checkTimer) {
         timerCount = timer.validate(prompter);
         if (!timerCount)
@@ -174,15 +174,9 @@ CloseCheck PortEditor::CanClose(Prompter& prompter)
         setBit(entry.scaleFlags, kTimerMinutes, timer.minutes);
     }
     switch (dialogKind) {
-    case DialogKind::Interval:
-        setBit(entry.scaleFlags, kIntervalMinutes, intervalMinutes);
-        [[fallthrough]];
-    case DialogKind::Digital:
-        setBit(entry.typeFlags, kPolarityBit, normallyLow);
-        break;
-    case DialogKind::Total:
-        storeResetInput();
-        [[fallthrough]];
+    case DialogKind::Interval: setBit(entry.scaleFlags, kIntervalMinutes, intervalMinutes); [[fallthrough]];
+    case DialogKind::Digital: setBit(entry.typeFlags, kPolarityBit, normallyLow); break;
+    case DialogKind::Total: storeResetInput(); [[fallthrough]];
     case DialogKind::Wdog:
         setBit(entry.typeFlags, kBothChanges, edge == Edge::Both);
         setBit(entry.typeFlags, kPolarityBit, edge == Edge::LowToHigh);
@@ -212,8 +206,8 @@ bool PortEditor::ChangeInput(int index, Prompter& prompter)
 {
     if (isOutput() || index == currentTypeIndex() || index < 0 || index > 4)
         return false;
-    const Answer answer = prompter.ask(Message{"Warning", "Changing input type will delete existing settings - Continue?",
-                                               Icon::Warning, Buttons::YesNo});
+    const Answer answer = prompter.ask(Message{
+        "Warning", "Changing input type will delete existing settings - Continue?", Icon::Warning, Buttons::YesNo});
     if (answer != Answer::Yes) {
         typeIndex = currentTypeIndex();
         return false;

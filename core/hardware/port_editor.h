@@ -57,7 +57,7 @@ struct CloseCheck {
 };
 
 class PortEditor {
-public:
+  public:
     // `port` is the hardware entry 0..15; `entry` the window's working entry;
     // `snapshot` the inputs' snapshot (inputs only).
     PortEditor(Workspace& space, int port, HardwarePort& entry, Snapshot* snapshot);
@@ -104,7 +104,7 @@ public:
     bool ChangeOutput(int index, Prompter& prompter);
     bool typeChanged() const { return changedType; }
 
-private:
+  private:
     int currentTypeIndex() const;
     void resetToNewType();
     void releaseDigitalDuties(Prompter& prompter);

@@ -8,8 +8,7 @@ namespace rk4::link {
 
 LinkSession::LinkSession(Transport& transport)
     : staging(static_cast<std::size_t>(kBlockPackets) * kPacketSize), timing(transport.timing()), line(transport)
-{
-}
+{}
 
 int LinkSession::CalcTXCRC(int length)
 {

@@ -50,7 +50,7 @@ inline constexpr Millis kPollInterval = 10;
 inline constexpr char kReceivingPacket[] = "Receiving packet ";
 
 class LinkSession {
-public:
+  public:
     explicit LinkSession(Transport& transport);
 
     Transport& transport() { return line; }
@@ -102,7 +102,7 @@ public:
     std::string product() const;
     std::string firmware() const;
 
-private:
+  private:
     enum class Phase { Idle, Sending, Receiving, Done };
 
     void beginReceiving(Millis now);

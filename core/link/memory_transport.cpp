@@ -44,8 +44,7 @@ void MemoryLink::End::purge(Purge side)
 
 PacedTransport::PacedTransport(Transport& inner, const Clock& clock, unsigned baud)
     : inner(inner), clock(clock), characterTime(10'000'000ull / std::max(baud, 1u))
-{
-}
+{}
 
 bool PacedTransport::write(std::span<const std::uint8_t> bytes)
 {

@@ -6,14 +6,14 @@
 #include "core/link/transport.h"
 
 #include <deque>
-#include <vector>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace rk4::link {
 
 class MemoryLink {
-public:
+  public:
     MemoryLink();
     MemoryLink(const MemoryLink&) = delete;
     MemoryLink& operator=(const MemoryLink&) = delete;
@@ -29,14 +29,13 @@ public:
     std::size_t pendingToUnit() const { return toUnit.size(); }
     std::size_t pendingToTool() const { return toTool.size(); }
 
-private:
+  private:
     class End final : public Transport {
-    public:
+      public:
         End(std::deque<std::uint8_t>& inbox, std::deque<std::uint8_t>& outbox,
             const std::optional<std::string>* refusal)
             : inbox(inbox), outbox(outbox), refusal(refusal)
-        {
-        }
+        {}
         OpenResult open() override;
         bool isOpen() const override { return opened; }
         void close() override { opened = false; }
@@ -47,7 +46,7 @@ private:
 
         bool opened = false;
 
-    private:
+      private:
         std::deque<std::uint8_t>& inbox;
         std::deque<std::uint8_t>& outbox;
         const std::optional<std::string>* refusal;
@@ -66,7 +65,7 @@ private:
 // transfer take as long as it would on the wire. Reading is not held back:
 // the bytes read have already been paced by the writer.
 class PacedTransport final : public Transport {
-public:
+  public:
     PacedTransport(Transport& inner, const Clock& clock, unsigned baud = 9600);
 
     OpenResult open() override { return inner.open(); }
@@ -82,7 +81,7 @@ public:
     // Microseconds one character takes on the line.
     std::uint64_t characterMicros() const { return characterTime; }
 
-private:
+  private:
     void release();
     std::uint64_t nowMicros() const { return clock.now() * 1000; }
 

@@ -29,9 +29,9 @@ std::string portOverrideVariable(int slot) { return "RK4_COM" + std::to_string(s
 
 std::string defaultPortPath(int slot)
 {
-    static const std::array<const char*, kPortSlotCount> defaults{
-        "/dev/ttyS0", "/dev/ttyS1", "/dev/ttyUSB0", "/dev/ttyUSB1",
-        "/dev/ttyACM0", "/dev/ttyACM1", "/dev/ttyUSB2", "/dev/ttyUSB3"};
+    static const std::array<const char*, kPortSlotCount> defaults{"/dev/ttyS0",   "/dev/ttyS1",   "/dev/ttyUSB0",
+                                                                  "/dev/ttyUSB1", "/dev/ttyACM0", "/dev/ttyACM1",
+                                                                  "/dev/ttyUSB2", "/dev/ttyUSB3"};
     return validSlot(slot) ? defaults[static_cast<std::size_t>(slot)] : std::string{};
 }
 

@@ -21,7 +21,7 @@ std::string portOverrideVariable(int slot);
 std::string defaultPortPath(int slot);
 
 class PortBindings {
-public:
+  public:
     PortBindings();
 
     // Reads the bindings; a missing file or a missing line keeps the default,
@@ -38,7 +38,7 @@ public:
     // An empty path restores the default.
     void bind(int slot, std::string path);
 
-private:
+  private:
     std::array<std::string, kPortSlotCount> paths;
 };
 

@@ -30,8 +30,7 @@ Message question(std::string text) { return Message{"Question", std::move(text),
 
 ProgrammingSession::ProgrammingSession(Workspace& workspace, Transport& transport, Prompter& prompter)
     : workspace(workspace), prompter(prompter), transport(&transport), link(std::make_unique<LinkSession>(transport))
-{
-}
+{}
 
 ProgrammingSession::~ProgrammingSession() { closeFiles(); }
 
@@ -140,9 +139,8 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
             const std::filesystem::path start = kind == TransferKind::Vocabulary
                                                     ? programDirectory / kDefaultVocabularyFile
                                                     : workspace.workingDirectory() / kDefaultVoiceFile;
-            auto chosen = prompter.chooseFile(
-                FileRequest{FileMode::Open, "Open", std::string(form.filter) + ";;All files (*)", form.extension,
-                            start.string()});
+            auto chosen = prompter.chooseFile(FileRequest{
+                FileMode::Open, "Open", std::string(form.filter) + ";;All files (*)", form.extension, start.string()});
             if (!chosen)
                 return false;
             file = *chosen;
@@ -326,8 +324,7 @@ void ProgrammingSession::stepOnce(Millis now)
 {
     ExchangeStatus status = ExchangeStatus::Idle;
     switch (step) {
-    case Step::Idle:
-        return;
+    case Step::Idle: return;
 
     case Step::Wait:
         if (now >= deadline)
@@ -431,8 +428,8 @@ void ProgrammingSession::stepOnce(Millis now)
 
     case Step::Packet:
         if (exchangeState == Exchange::NotStarted) {
-            setText(SessionLine::Line1, "Transmitting packet " + std::to_string(packetNumber + 1) + " of " +
-                                            std::to_string(totalPackets));
+            setText(SessionLine::Line1,
+                    "Transmitting packet " + std::to_string(packetNumber + 1) + " of " + std::to_string(totalPackets));
             setText(SessionLine::Line2, "");
             link->packetIndex = packetNumber;
         }
@@ -503,9 +500,7 @@ void ProgrammingSession::stepOnce(Millis now)
         step = Step::End;
         return;
 
-    case Step::End:
-        sendEnd(now, kEndWait, Step::Finish);
-        return;
+    case Step::End: sendEnd(now, kEndWait, Step::Finish); return;
 
     case Step::SendEnd:
         if (exchange(now, CMD_END, 0, false, status))
@@ -513,9 +508,7 @@ void ProgrammingSession::stepOnce(Millis now)
         wait(now, endDelay, afterEnd);
         return;
 
-    case Step::Finish:
-        finishRun(now);
-        return;
+    case Step::Finish: finishRun(now); return;
 
     case Step::ReadAnnounce:
         if (exchange(now, kind == TransferKind::Voices ? CMD_READ_VOICES : CMD_READ_DATABASE, 0, false, status))
@@ -554,8 +547,8 @@ void ProgrammingSession::stepOnce(Millis now)
             // A database is whole or not at all: an early end is a failure too.
             failure(now, Step::ReadPacket, [&] {
                 setText(SessionLine::Line1, "Data transfer from Rk4");
-                setText(SessionLine::Line2, "Transfer failed at packet number " +
-                                                std::to_string(link->packetIndex + 1));
+                setText(SessionLine::Line2,
+                        "Transfer failed at packet number " + std::to_string(link->packetIndex + 1));
                 wait(now, kEndWait, Step::ReadEnd);
             });
         }
@@ -609,8 +602,9 @@ void ProgrammingSession::stepOnce(Millis now)
         temporaryFile.close();
         std::optional<std::filesystem::path> chosen = voiceTarget;
         if (!chosen) {
-            auto answer = prompter.chooseFile(FileRequest{FileMode::Save, "Save As", "Voice files (*.msg);;All files (*)",
-                                                          "msg", (workspace.workingDirectory() / kDefaultVoiceFile).string()});
+            auto answer =
+                prompter.chooseFile(FileRequest{FileMode::Save, "Save As", "Voice files (*.msg);;All files (*)", "msg",
+                                                (workspace.workingDirectory() / kDefaultVoiceFile).string()});
             if (answer)
                 chosen = *answer;
         }

@@ -49,7 +49,7 @@ inline constexpr char kDefaultVocabularyFile[] = "voc8xx.bin";
 inline constexpr char kDefaultVoiceFile[] = "rk4.msg";
 
 class ProgrammingSession {
-public:
+  public:
     ProgrammingSession(Workspace& workspace, Transport& transport, Prompter& prompter);
     ~ProgrammingSession();
 
@@ -95,10 +95,28 @@ public:
     void closePort();
     bool portOpen() const;
 
-private:
+  private:
     enum class Step {
-        Idle, Wait, Version, Link, Pack, Announce, Packet, PacketDone, VoiceCountdown, Complete, End, Finish,
-        ReadAnnounce, ReadPacket, ReadPacketDone, ReadComplete, ReadSelectFile, ReadSaveFile, ReadEnd, SendEnd
+        Idle,
+        Wait,
+        Version,
+        Link,
+        Pack,
+        Announce,
+        Packet,
+        PacketDone,
+        VoiceCountdown,
+        Complete,
+        End,
+        Finish,
+        ReadAnnounce,
+        ReadPacket,
+        ReadPacketDone,
+        ReadComplete,
+        ReadSelectFile,
+        ReadSaveFile,
+        ReadEnd,
+        SendEnd
     };
     enum class Exchange { NotStarted, Running };
 

@@ -127,14 +127,12 @@ std::string openFailureDetail(const std::string& path, int error)
     case ENOENT:
     case ENODEV:
     case ENXIO:
-        return "There is no device " + path + ". Check that the adapter is plugged in, or bind the port to another device.";
+        return "There is no device " + path +
+               ". Check that the adapter is plugged in, or bind the port to another device.";
     case EBUSY:
-    case EWOULDBLOCK:
-        return path + " is in use by another program.";
-    case ENOTTY:
-        return path + " is not a serial port.";
-    default:
-        return path + ": " + std::strerror(error) + ".";
+    case EWOULDBLOCK: return path + " is in use by another program.";
+    case ENOTTY: return path + " is not a serial port.";
+    default: return path + ": " + std::strerror(error) + ".";
     }
 }
 
@@ -164,8 +162,8 @@ OpenResult SerialTransport::open()
     if (::tcgetattr(descriptor, &settings) < 0)
         return refuse(errno);
     // Raw bytes: no line editing, echo, translation or software flow control.
-    settings.c_iflag &= ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF |
-                                               IXANY | INPCK);
+    settings.c_iflag &= ~static_cast<tcflag_t>(IGNBRK | BRKINT | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL | IXON |
+                                               IXOFF | IXANY | INPCK);
     settings.c_oflag &= ~static_cast<tcflag_t>(OPOST);
     settings.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     settings.c_cflag &= ~static_cast<tcflag_t>(CSIZE | PARENB | CSTOPB | CRTSCTS);

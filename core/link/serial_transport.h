@@ -15,7 +15,7 @@ inline constexpr char kErrorOpeningPort[] = "Error opening COM port";
 // A non-blocking descriptor. Writes the descriptor cannot take at once wait
 // in a queue that allSent() and read() keep moving.
 class FdTransport : public Transport {
-public:
+  public:
     // Takes ownership of `descriptor` (or none, with -1).
     explicit FdTransport(int descriptor = -1);
     ~FdTransport() override;
@@ -31,10 +31,10 @@ public:
     void purge(Purge side) override;
     int readableDescriptor() const override { return fd; }
 
-protected:
+  protected:
     void adopt(int descriptor);
 
-private:
+  private:
     bool push();
 
     int fd = -1;
@@ -45,7 +45,7 @@ private:
 // A serial port for the unit: exclusive, 9600 baud, 8 data bits, no parity,
 // one stop bit, no flow control, raw bytes, DTR on and RTS off.
 class SerialTransport final : public FdTransport {
-public:
+  public:
     explicit SerialTransport(std::string devicePath = {}) : device(std::move(devicePath)) {}
 
     const std::string& path() const { return device; }
@@ -54,7 +54,7 @@ public:
 
     OpenResult open() override;
 
-private:
+  private:
     std::string device;
 };
 

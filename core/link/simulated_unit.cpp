@@ -71,8 +71,10 @@ std::optional<Fault> parseFault(const std::string& text)
     if (parts.size() > 4)
         return std::nullopt;
 
-    static const std::map<std::string, FaultKind> kinds{
-        {"nak", FaultKind::Nak}, {"noise", FaultKind::Noise}, {"crc", FaultKind::CorruptCrc}, {"silence", FaultKind::Silence}};
+    static const std::map<std::string, FaultKind> kinds{{"nak", FaultKind::Nak},
+                                                        {"noise", FaultKind::Noise},
+                                                        {"crc", FaultKind::CorruptCrc},
+                                                        {"silence", FaultKind::Silence}};
     const auto kind = kinds.find(parts[0]);
     if (kind == kinds.end())
         return std::nullopt;
@@ -187,7 +189,8 @@ void SimulatedUnit::act(std::uint8_t command, std::uint16_t number, Millis now, 
         if (options.olderUnit)
             return;
         std::array<std::uint8_t, 16> body{};
-        const std::string text = fixedWidth(options.product, kProductLength) + fixedWidth(options.firmware, kFirmwareLength);
+        const std::string text =
+            fixedWidth(options.product, kProductLength) + fixedWidth(options.firmware, kFirmwareLength);
         std::copy(text.begin(), text.end(), body.begin());
         reply = makeReply(REPLY_VERSION, 0, body);
         // A unit that has answered the version query is in programming mode:
@@ -255,7 +258,8 @@ void SimulatedUnit::act(std::uint8_t command, std::uint16_t number, Millis now, 
                 received.resize(offset + kPacketSize);
                 receivedPackets.resize(number + 1u);
             }
-            std::copy_n(frame.begin() + kHeaderLength, kPacketSize, received.begin() + static_cast<std::ptrdiff_t>(offset));
+            std::copy_n(frame.begin() + kHeaderLength, kPacketSize,
+                        received.begin() + static_cast<std::ptrdiff_t>(offset));
             receivedPackets[number] = true;
             if (kind == TransferKind::Voices && number == 0) {
                 store.voices.clear();
@@ -325,8 +329,7 @@ SimulatedUnitPort::SimulatedUnitPort(const Clock& clock, UnitOptions options, un
       toolPaced(baud ? std::optional<PacedTransport>(std::in_place, link.tool(), clock, baud) : std::nullopt),
       unitPaced(baud ? std::optional<PacedTransport>(std::in_place, link.unit(), clock, baud) : std::nullopt),
       simulated(unitPaced ? static_cast<Transport&>(*unitPaced) : link.unit(), std::move(options))
-{
-}
+{}
 
 bool SimulatedUnitPort::write(std::span<const std::uint8_t> bytes)
 {

@@ -63,7 +63,7 @@ struct UnitStore {
 };
 
 class SimulatedUnit {
-public:
+  public:
     SimulatedUnit(Transport& line, UnitOptions options = {});
 
     // Reads what the tool sent and answers it; never blocks.
@@ -78,7 +78,7 @@ public:
     bool linked() const { return link != Link::None; }
     bool alternateLink() const { return link == Link::Alternate; }
 
-private:
+  private:
     enum class Link { None, Normal, Alternate };
     enum class Mode { None, Download, Upload };
 
@@ -98,7 +98,7 @@ private:
     Link link = Link::None;
     Mode mode = Mode::None;
     TransferKind kind = TransferKind::Database;
-    std::vector<std::uint8_t> received;  // download: packets by number
+    std::vector<std::uint8_t> received; // download: packets by number
     std::vector<bool> receivedPackets;
     std::vector<std::uint8_t> uploading; // upload: the bytes served
     Millis busyUntil = 0;
@@ -110,7 +110,7 @@ private:
 // tool touches the transport. With a baud rate both directions keep the pace
 // of a serial line, by the given clock.
 class SimulatedUnitPort final : public Transport {
-public:
+  public:
     explicit SimulatedUnitPort(const Clock& clock, UnitOptions options = {}, unsigned baud = 0);
 
     SimulatedUnit& unit() { return simulated; }
@@ -124,7 +124,7 @@ public:
     std::size_t read(std::span<std::uint8_t> buffer) override;
     void purge(Purge side) override;
 
-private:
+  private:
     Transport& toolSide() { return toolPaced ? static_cast<Transport&>(*toolPaced) : link.tool(); }
     void runUnit() { simulated.poll(clock.now()); }
 

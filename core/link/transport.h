@@ -17,9 +17,9 @@ enum class Purge { Receive, Transmit, Both };
 // The deadlines of one exchange. The serial port's values are the defaults; a
 // transport over a slower path (the modem) supplies its own.
 struct LinkTiming {
-    Millis writeSlack = 500;         // a write may take its length in ms plus this
-    Millis byteTimeout = 1000;       // silence after a byte that ends a reply
-    Millis firstByteTimeout = 1000;  // silence before the first byte of a reply
+    Millis writeSlack = 500;        // a write may take its length in ms plus this
+    Millis byteTimeout = 1000;      // silence after a byte that ends a reply
+    Millis firstByteTimeout = 1000; // silence before the first byte of a reply
 };
 
 struct OpenResult {
@@ -28,7 +28,7 @@ struct OpenResult {
 };
 
 class Transport {
-public:
+  public:
     virtual ~Transport() = default;
 
     virtual OpenResult open() = 0;

@@ -16,9 +16,6 @@ int ClearPoints(Database& db, int port, bool isOutput)
     return emptied;
 }
 
-int ConvertMask(std::uint8_t mask)
-{
-    return mask != 0 && (mask & (mask - 1)) == 0 ? 1 : 0;
-}
+int ConvertMask(std::uint8_t mask) { return mask != 0 && (mask & (mask - 1)) == 0 ? 1 : 0; }
 
 } // namespace rk4

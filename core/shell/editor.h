@@ -15,7 +15,7 @@ namespace rk4 {
 enum class Leaving { Exit, Other };
 
 class Editor {
-public:
+  public:
     virtual ~Editor() = default;
 
     // Write the working copy into the image; DatabaseChanged only on a difference.
@@ -31,7 +31,7 @@ public:
     bool CanClose(Prompter& prompter, Leaving how);
     bool isOpen() const { return open; }
 
-protected:
+  protected:
     bool open = true;
 };
 

@@ -9,6 +9,7 @@
 
 namespace rk4 {
 
+// clang-format off
 enum class NavFlag {
     DirA, DirB, DirC, DirD, DirE, DirF,
     Grp1, Grp2, Grp3, Grp4, Grp5, Grp6,
@@ -16,9 +17,10 @@ enum class NavFlag {
     File, Pgm, Modem, Voice, Wave, Cellular,
     Count
 };
+// clang-format on
 
 class NavigationFlags {
-public:
+  public:
     NavigationFlags() { flags.fill(true); }
 
     bool isOn(NavFlag flag) const { return flags[static_cast<int>(flag)]; }
@@ -54,13 +56,13 @@ public:
     void set(NavFlag flag, bool on) { flags[static_cast<int>(flag)] = on; }
     void setAll(bool on) { flags.fill(on); }
 
-private:
+  private:
     std::array<bool, static_cast<int>(NavFlag::Count)> flags{};
 };
 
 // The flags the hardware, inputs, outputs and points windows touch.
 inline constexpr std::initializer_list<NavFlag> kPortEditorFlags = {
-    NavFlag::Grp1, NavFlag::Grp2, NavFlag::Grp3, NavFlag::Grp4, NavFlag::Grp5, NavFlag::Grp6,
-    NavFlag::Hardware, NavFlag::Inputs, NavFlag::Outputs, NavFlag::Points};
+    NavFlag::Grp1, NavFlag::Grp2,     NavFlag::Grp3,   NavFlag::Grp4,    NavFlag::Grp5,
+    NavFlag::Grp6, NavFlag::Hardware, NavFlag::Inputs, NavFlag::Outputs, NavFlag::Points};
 
 } // namespace rk4

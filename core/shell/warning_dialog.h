@@ -15,7 +15,7 @@ enum class WarningAnswer {
 };
 
 class WarningDialog {
-public:
+  public:
     // `scope` names what is lost: "the hardware inputs", "this Group", ...
     explicit WarningDialog(std::string scope) : scope(std::move(scope)) {}
 
@@ -26,7 +26,7 @@ public:
     WarningAnswer Execute(Prompter& prompter);
     bool UniversalFlag = false;
 
-private:
+  private:
     std::string scope;
 };
 

@@ -161,10 +161,8 @@ bool Workspace::CanClose(Prompter& prompter)
     case Answer::Yes:
         // A save that fails keeps the program open rather than lose the changes.
         return CmFileSave(prompter);
-    case Answer::No:
-        return true;
-    default:
-        return false;
+    case Answer::No: return true;
+    default: return false;
     }
 }
 
@@ -227,8 +225,8 @@ bool Workspace::CmRunWizard(Prompter& prompter)
     const bool usedB = IsDirectoryUsed(image, 1);
     bool keepDirectories = false;
     if (usedA || usedB) {
-        const bool advanced = (usedA && directoryHasAdvancedCommands(image, 0)) ||
-                              (usedB && directoryHasAdvancedCommands(image, 1));
+        const bool advanced =
+            (usedA && directoryHasAdvancedCommands(image, 0)) || (usedB && directoryHasAdvancedCommands(image, 1));
         std::string text = advanced ? "\nThere are Advanced commands in " : "\nThere are Basic commands in ";
         text += usedA && usedB ? "Directories A and B." : usedA ? "Directory A." : "Directory B.";
         text += "\nDo you want the wizard to leave the Directories unchanged?";

@@ -24,7 +24,7 @@ inline constexpr unsigned kReportDataCreated = 2;
 inline constexpr unsigned kReportBasicProblems = 4; // never set: the unit's tool never reached it
 
 class Workspace {
-public:
+  public:
     explicit Workspace(std::filesystem::path workingDirectory = std::filesystem::current_path());
 
     Database image;
@@ -77,7 +77,7 @@ public:
     // Marks the image changed only when `edited` differs from it.
     void commit(const Database& edited);
 
-private:
+  private:
     void switchShellMode();
     std::filesystem::path resolve(const std::string& path) const;
 

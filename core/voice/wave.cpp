@@ -34,7 +34,7 @@ std::array<std::uint8_t, count> readFields(ByteSource& source)
 // rest still holds the samples of an earlier block; a slot no block reached
 // holds silence.
 class BlockBuffer {
-public:
+  public:
     BlockBuffer(ByteSource& source, bool eightBit)
         : source(source), width(eightBit ? 1 : 2), current(kBlockSamples, eightBit ? 128 : 0),
           scratch(kBlockSamples * width)
@@ -66,7 +66,7 @@ public:
         return next[0];
     }
 
-private:
+  private:
     void advance()
     {
         if (lookahead)
@@ -118,7 +118,7 @@ std::int32_t outputCountFor(const WaveFormat& format, double ratio, std::uint64_
 bool isExactRatio(double ratio) { return ratio == 1.0 || ratio == 2.0 || ratio == 4.0 || ratio == 6.0; }
 
 class SpanSource : public ByteSource {
-public:
+  public:
     explicit SpanSource(std::span<const std::uint8_t> bytes) : bytes(bytes) {}
     std::size_t read(std::span<std::uint8_t> into) override
     {
@@ -127,11 +127,14 @@ public:
         position += count;
         return count;
     }
-    void skip(std::uint64_t count) override { position += static_cast<std::size_t>(std::min<std::uint64_t>(count, remaining())); }
+    void skip(std::uint64_t count) override
+    {
+        position += static_cast<std::size_t>(std::min<std::uint64_t>(count, remaining()));
+    }
     std::uint64_t remaining() const override { return bytes.size() - position; }
     std::size_t offset() const { return position; }
 
-private:
+  private:
     std::span<const std::uint8_t> bytes;
     std::size_t position = 0;
 };

@@ -27,8 +27,8 @@ struct WaveFormat {
     std::uint32_t byteRate = 0;
     std::uint16_t blockAlign = 0;
     std::uint16_t bitsPerSample = 0;
-    std::uint32_t dataSize = 0;   // as the header says, not as the file holds
-    std::size_t dataOffset = 0;   // where the samples start, at most the file's length
+    std::uint32_t dataSize = 0; // as the header says, not as the file holds
+    std::size_t dataOffset = 0; // where the samples start, at most the file's length
     bool hasFact = false;
 
     bool eightBit() const { return bitsPerSample == 8; } // any other width is read as 16-bit
@@ -37,7 +37,7 @@ struct WaveFormat {
 
 // Where the converter's bytes come from: read forward, skip forward.
 class ByteSource {
-public:
+  public:
     virtual ~ByteSource() = default;
     virtual std::size_t read(std::span<std::uint8_t> into) = 0; // fewer at the end
     virtual void skip(std::uint64_t count) = 0;
@@ -46,7 +46,7 @@ public:
 
 // A wave file read as it is converted, so a long recording is never held whole.
 class FileSource : public ByteSource {
-public:
+  public:
     explicit FileSource(const std::filesystem::path& path);
     ~FileSource() override;
     FileSource(const FileSource&) = delete;
@@ -57,7 +57,7 @@ public:
     void skip(std::uint64_t count) override;
     std::uint64_t remaining() const override;
 
-private:
+  private:
     std::FILE* file;
     std::uint64_t size = 0;
     std::uint64_t position = 0;

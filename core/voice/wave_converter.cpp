@@ -14,9 +14,8 @@ std::string GetDefaultDestination(const std::string& currentDestination, const s
     std::string name = sourcePath.filename().string();
     const auto dot = name.find('.');
     name = dot == std::string::npos ? name + ".vox" : name.substr(0, dot + 1) + "vox";
-    const std::filesystem::path directory = currentDestination.empty()
-                                                ? sourcePath.parent_path()
-                                                : std::filesystem::path(currentDestination).parent_path();
+    const std::filesystem::path directory =
+        currentDestination.empty() ? sourcePath.parent_path() : std::filesystem::path(currentDestination).parent_path();
     return (directory / name).string();
 }
 
@@ -63,8 +62,7 @@ bool WaveConverter::CmSelectSource(Prompter& prompter)
 
 bool WaveConverter::CmSelectDestination(Prompter& prompter)
 {
-    const auto chosen =
-        prompter.chooseFile({FileMode::Save, "Select ADPCM File", kVoxFilter, "vox", destination});
+    const auto chosen = prompter.chooseFile({FileMode::Save, "Select ADPCM File", kVoxFilter, "vox", destination});
     if (!chosen)
         return false;
     destination = *chosen;

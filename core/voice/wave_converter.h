@@ -28,18 +28,18 @@ std::string GetDefaultDestination(const std::string& currentDestination, const s
 std::string describeFormat(const WaveFormat& format);
 
 class WaveConverter {
-public:
+  public:
     std::string source;      // empty until chosen
     std::string destination; // empty until chosen
     std::string status;
     std::int32_t outputCount = 0;
 
-    Waveform sourceWave;      // what the chosen wave file holds, read when it is chosen
-    std::string sourceFormat; // describeFormat of it, empty when unreadable
-    Waveform phraseWave;      // the last phrase written, decoded, when `keepWaveforms`
+    Waveform sourceWave;       // what the chosen wave file holds, read when it is chosen
+    std::string sourceFormat;  // describeFormat of it, empty when unreadable
+    Waveform phraseWave;       // the last phrase written, decoded, when `keepWaveforms`
     bool keepWaveforms = true; // a window draws them; the command line only reports
     std::size_t clippedCodes = 0;
-    int peakPercent = 0;      // of the phrase's full scale
+    int peakPercent = 0; // of the phrase's full scale
 
     // Called whenever `status` changes, so a window can show "Converting"
     // before the work starts.
@@ -58,7 +58,7 @@ public:
     // Converts source into destination; false after a " CANNOT OPEN ... " message.
     bool CmConvert(Prompter& prompter);
 
-private:
+  private:
     void setStatus(std::string text);
 };
 

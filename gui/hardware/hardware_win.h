@@ -13,21 +13,21 @@ namespace rk4::gui {
 class HardwareWin : public EditorWindow {
     Q_OBJECT
 
-public:
+  public:
     HardwareWin(Workspace& space, Prompter& prompter, HardwareEditor::Mode mode, QWidget* parent = nullptr);
 
     Editor& editor() override { return hardware; }
     HardwareEditor& core() { return hardware; }
     QSize sizeHint() const override;
 
-public slots:
+  public slots:
     void EditLine();
     void refresh();
 
-protected:
+  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-private:
+  private:
     void showContextMenu(const QPoint& position);
 
     HardwareEditor hardware;

@@ -50,11 +50,9 @@ PortDialog::PortDialog(PortEditor& editor, Prompter& prompter, QWidget* parent)
                                          polarity));
         polarity[core.normallyLow ? 1 : 0]->setChecked(true);
         if (kind == DialogKind::Interval) {
-            layout->addWidget(buildChoiceBox("Timer resolution", {"&Seconds", "Mi&nutes"},
-                                             {"resolutionSecondsRadio", "resolutionMinutesRadio"},
-                                             {"The interval is measured in seconds.",
-                                              "The interval is measured in minutes."},
-                                             resolution));
+            layout->addWidget(buildChoiceBox(
+                "Timer resolution", {"&Seconds", "Mi&nutes"}, {"resolutionSecondsRadio", "resolutionMinutesRadio"},
+                {"The interval is measured in seconds.", "The interval is measured in minutes."}, resolution));
             resolution[core.intervalMinutes ? 1 : 0]->setChecked(true);
         }
         break;
@@ -94,8 +92,8 @@ PortDialog::PortDialog(PortEditor& editor, Prompter& prompter, QWidget* parent)
         break;
     }
     case DialogKind::Analog: {
-        auto* note = new QLabel("The scaling and calibration of an analog input\nare set on the point that uses it.",
-                                this);
+        auto* note =
+            new QLabel("The scaling and calibration of an analog input\nare set on the point that uses it.", this);
         note->setObjectName("analogNote");
         layout->addWidget(note);
         break;
@@ -117,8 +115,8 @@ PortDialog::PortDialog(PortEditor& editor, Prompter& prompter, QWidget* parent)
         break;
     }
     case DialogKind::Timed:
-        layout->addWidget(buildTimeBox("On time", "timer", timer, core.timer,
-                                       "How long the output stays on once switched on."));
+        layout->addWidget(
+            buildTimeBox("On time", "timer", timer, core.timer, "How long the output stays on once switched on."));
         connect(timer.seconds, &QRadioButton::clicked, this, &PortDialog::TimerSec);
         connect(timer.minutes, &QRadioButton::clicked, this, &PortDialog::TimerMin);
         break;

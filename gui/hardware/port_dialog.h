@@ -17,10 +17,10 @@ namespace rk4::gui {
 class PortDialog : public QDialog {
     Q_OBJECT
 
-public:
+  public:
     PortDialog(PortEditor& editor, Prompter& prompter, QWidget* parent = nullptr);
 
-public slots:
+  public slots:
     void accept() override; // CanClose
     void ChangeInput(int index);
     void ChangeOutput(int index);
@@ -31,7 +31,7 @@ public slots:
     void TimerSec();
     void TimerMin();
 
-private:
+  private:
     struct TimeControls {
         QLineEdit* edit = nullptr;
         QRadioButton* seconds = nullptr;

@@ -11,12 +11,12 @@ namespace rk4::gui {
 class ComDialog : public QDialog {
     Q_OBJECT
 
-public:
+  public:
     explicit ComDialog(QWidget* parent);
     void setLines(const QString& line1, const QString& line2);
     void setPackets(int done, int total);
 
-private:
+  private:
     QLabel* line1Label;
     QLabel* line2Label;
     QProgressBar* bar;

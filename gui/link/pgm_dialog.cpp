@@ -92,12 +92,12 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     layout->addWidget(portBox);
 
     auto* actions = new QGridLayout;
-    auto* sendData = transferButton(this, "Write to Rk4", "sendDataButton",
-                                    "Send the configuration in the programmer to the unit.");
+    auto* sendData =
+        transferButton(this, "Write to Rk4", "sendDataButton", "Send the configuration in the programmer to the unit.");
     auto* receiveData = transferButton(this, "Read from Rk4", "receiveDataButton",
                                        "Read the unit's configuration into the programmer.");
-    auto* sendVoice = transferButton(this, "Write Voices...", "sendVoiceButton",
-                                     "Send a voice message file (*.msg) to the unit.");
+    auto* sendVoice =
+        transferButton(this, "Write Voices...", "sendVoiceButton", "Send a voice message file (*.msg) to the unit.");
     auto* receiveVoice = transferButton(this, "Read Voices...", "receiveVoiceButton",
                                         "Read the unit's voice messages into a file (*.msg).");
     auto* writeVocab = transferButton(this, "Write Vocabulary...", "writeVocabButton",
@@ -195,10 +195,9 @@ void PgmDialog::CmPortDevice()
         return;
     const QString current = QString::fromStdString(bindings.boundPath(slot));
     bool ok = false;
-    const QString chosen =
-        QInputDialog::getItem(this, "Port Device",
-                              QString("Device for %1:").arg(QString::fromStdString(link::portSlotName(slot))),
-                              candidateDevices(current), 0, true, &ok);
+    const QString chosen = QInputDialog::getItem(
+        this, "Port Device", QString("Device for %1:").arg(QString::fromStdString(link::portSlotName(slot))),
+        candidateDevices(current), 0, true, &ok);
     if (!ok)
         return;
     bindings.bind(slot, chosen.trimmed().toStdString());
@@ -229,10 +228,7 @@ void PgmDialog::CmWriteVocab()
     writeVocabulary();
 }
 
-void PgmDialog::writeVocabulary()
-{
-    startTransfer(programming->Send(link::TransferKind::Vocabulary, clock.now()));
-}
+void PgmDialog::writeVocabulary() { startTransfer(programming->Send(link::TransferKind::Vocabulary, clock.now())); }
 
 void PgmDialog::CmSendVoice() { startTransfer(programming->Send(link::TransferKind::Voices, clock.now())); }
 
@@ -299,8 +295,7 @@ void PgmDialog::mousePressEvent(QMouseEvent* event)
 void PgmDialog::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const QPoint at = event->position().toPoint();
-    if (event->button() == Qt::RightButton && at.x() >= kShortcutX && at.y() >= kShortcutY &&
-        !programming->running()) {
+    if (event->button() == Qt::RightButton && at.x() >= kShortcutX && at.y() >= kShortcutY && !programming->running()) {
         writeVocabulary();
         return;
     }

@@ -5,8 +5,8 @@
 // from a timer, so neither this dialog nor the main window ever freezes.
 
 #include "core/common/clock.h"
-#include "core/link/programming_session.h"
 #include "core/link/port_slots.h"
+#include "core/link/programming_session.h"
 #include "core/link/serial_transport.h"
 #include "core/link/simulated_unit.h"
 #include "core/shell/workspace.h"
@@ -27,7 +27,7 @@ class ComDialog;
 class PgmDialog : public QDialog {
     Q_OBJECT
 
-public:
+  public:
     // The combo index of the built-in simulated unit, after "COM 1" .. "COM 8".
     static constexpr int kSimulatedUnitIndex = link::kPortSlotCount;
 
@@ -38,7 +38,7 @@ public:
     // The demo unit behind the last entry of the port list.
     static link::SimulatedUnitPort& simulatedUnit();
 
-public slots:
+  public slots:
     void CmSendData();
     void CmWriteVocab();
     void CmSendVoice();
@@ -48,13 +48,13 @@ public slots:
     void CmDone();
     void CmPortDevice();
 
-protected:
+  protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void reject() override;
 
-private:
+  private:
     void startTransfer(bool started);
     void pollSession();
     void IdleAction();

@@ -18,24 +18,24 @@ class Main;
 class EditorWindow : public QWidget {
     Q_OBJECT
 
-public:
+  public:
     explicit EditorWindow(Prompter& prompter, QWidget* parent = nullptr);
 
     virtual Editor& editor() = 0;
 
-public slots:
+  public slots:
     void CmWinExit();   // leave and keep the edits
     void CmWinCancel(); // leave another way: asks when there are edits
 
-signals:
+  signals:
     void closed();
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
 
     Prompter& prompter;
 
-private:
+  private:
     void closeFrame();
 
     Leaving leaving = Leaving::Other;

@@ -6,8 +6,8 @@
 #include "gui/hardware/hardware_win.h"
 #include "gui/shell/editor_window.h"
 
-#include <algorithm>
 #include "gui/voice/wave_dialog.h"
+#include <algorithm>
 
 #include <QAction>
 #include <QApplication>
@@ -29,8 +29,7 @@ static void registerResources() { Q_INIT_RESOURCE(rk4); }
 
 namespace rk4::gui {
 
-Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent)
-    : QMainWindow(parent), space(workspace)
+Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent) : QMainWindow(parent), space(workspace)
 {
     setObjectName("mainWindow");
     if (!prompter) {
@@ -139,13 +138,15 @@ void Main::addEditorCommands()
 {
     // Each editor adds its command here: a Configure menu entry and a navigation button.
     auto advanced = [this] { return !space.basicMode(); };
-    QAction* inputs = addCommand(configureMenu, "&Inputs", "actionInputs", &Main::CmInputs,
-                                 [this] { return space.navigation.isOn(NavFlag::Inputs); }, advanced);
+    QAction* inputs = addCommand(
+        configureMenu, "&Inputs", "actionInputs", &Main::CmInputs,
+        [this] { return space.navigation.isOn(NavFlag::Inputs); }, advanced);
     inputs->setStatusTip("Edit the eight hardware inputs");
     inputs->setIcon(style()->standardIcon(QStyle::SP_ArrowRight));
     navigationBar->addAction(inputs);
-    QAction* outputs = addCommand(configureMenu, "O&utputs", "actionOutputs", &Main::CmOutputs,
-                                  [this] { return space.navigation.isOn(NavFlag::Outputs); }, advanced);
+    QAction* outputs = addCommand(
+        configureMenu, "O&utputs", "actionOutputs", &Main::CmOutputs,
+        [this] { return space.navigation.isOn(NavFlag::Outputs); }, advanced);
     outputs->setStatusTip("Edit the eight hardware outputs");
     outputs->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
     navigationBar->addAction(outputs);
@@ -171,7 +172,8 @@ void Main::addToolCommands()
     program->setShortcut(QKeySequence("Ctrl+P"));
     navigationBar->addSeparator();
     navigationBar->addAction(program);
-    QAction* waveEdit = addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
+    QAction* waveEdit =
+        addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
     waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
 }
 
@@ -199,12 +201,12 @@ void Main::updateCommands()
     fileLabel->setText(QString::fromStdString(space.workingFile) + (space.DatabaseChanged ? "  (changed)" : ""));
     const std::string site = nameText(space.image.gen.name);
     const auto end = site.find_last_not_of(' ');
-    mdi->setSummary(QString::fromStdString(std::filesystem::path(space.workingFile).filename().string()),
-                    QString("%1 configuration%2\nOpen an editor from the Configure menu or the tool bar; "
-                            "Program Rk4 sends it to a unit.")
-                        .arg(space.basicMode() ? "Basic" : "Advanced")
-                        .arg(end == std::string::npos ? QString()
-                                                      : " for " + QString::fromStdString(site.substr(0, end + 1))));
+    mdi->setSummary(
+        QString::fromStdString(std::filesystem::path(space.workingFile).filename().string()),
+        QString("%1 configuration%2\nOpen an editor from the Configure menu or the tool bar; "
+                "Program Rk4 sends it to a unit.")
+            .arg(space.basicMode() ? "Basic" : "Advanced")
+            .arg(end == std::string::npos ? QString() : " for " + QString::fromStdString(site.substr(0, end + 1))));
 }
 
 void Main::ChangeMode()

@@ -24,7 +24,7 @@ class WorkArea;
 class Main : public QMainWindow {
     Q_OBJECT
 
-public:
+  public:
     explicit Main(Workspace& workspace, Prompter* prompter = nullptr, QWidget* parent = nullptr);
 
     Workspace& workspace() { return space; }
@@ -38,7 +38,7 @@ public:
     // Opens a file given on the command line.
     void openStartupFile(const QString& path);
 
-public slots:
+  public slots:
     void CmClearData();
     void CmFileOpen();
     void CmFileSave();
@@ -52,10 +52,10 @@ public slots:
     void CmProgram();
     void CmWaveEdit();
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
 
-private:
+  private:
     struct Command {
         QAction* action;
         std::function<bool()> enabled;

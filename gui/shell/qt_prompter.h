@@ -8,12 +8,12 @@ class QWidget;
 namespace rk4::gui {
 
 class QtPrompter : public Prompter {
-public:
+  public:
     explicit QtPrompter(QWidget* parent) : parent(parent) {}
     Answer ask(const Message& message) override;
     std::optional<std::string> chooseFile(const FileRequest& request) override;
 
-private:
+  private:
     QWidget* parent;
 };
 

@@ -4,10 +4,7 @@
 
 namespace rk4::gui {
 
-WorkArea::WorkArea(QWidget* parent) : QMdiArea(parent)
-{
-    setBackground(QColor(0x5a, 0x6e, 0x86));
-}
+WorkArea::WorkArea(QWidget* parent) : QMdiArea(parent) { setBackground(QColor(0x5a, 0x6e, 0x86)); }
 
 void WorkArea::setSummary(const QString& newTitle, const QString& newDetail)
 {
@@ -33,8 +30,8 @@ void WorkArea::paintEvent(QPaintEvent* event)
     painter.drawText(QRect(area.left(), middle - 70, area.width(), 50), Qt::AlignHCenter | Qt::AlignBottom, title);
     painter.setFont(font());
     painter.setPen(QColor(255, 255, 255, 160));
-    painter.drawText(QRect(area.left(), middle - 10, area.width(), 120), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                     detail);
+    painter.drawText(QRect(area.left(), middle - 10, area.width(), 120),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, detail);
 }
 
 } // namespace rk4::gui

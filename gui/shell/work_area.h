@@ -9,14 +9,14 @@ namespace rk4::gui {
 class WorkArea : public QMdiArea {
     Q_OBJECT
 
-public:
+  public:
     explicit WorkArea(QWidget* parent);
     void setSummary(const QString& title, const QString& detail);
 
-protected:
+  protected:
     void paintEvent(QPaintEvent* event) override;
 
-private:
+  private:
     QString title;
     QString detail;
 };

@@ -125,7 +125,7 @@ void WaveDialog::showState()
     };
     showPath(sourceLabel, state.source, state.sourceText());
     showPath(destinationLabel, state.destination, state.destinationText());
-    sourceFormatLabel->setText(state.source.empty()          ? QString()
+    sourceFormatLabel->setText(state.source.empty()         ? QString()
                                : state.sourceFormat.empty() ? QString(" CANNOT OPEN WAVE FILE ")
                                                             : qt(state.sourceFormat));
     sourceView->setWaveform(state.sourceWave, state.source.empty() ? "no file selected" : "no samples");

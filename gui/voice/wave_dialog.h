@@ -17,17 +17,17 @@ class WaveformView;
 class WaveDialog : public QDialog {
     Q_OBJECT
 
-public:
+  public:
     WaveDialog(Prompter& prompter, QWidget* parent = nullptr);
 
     const WaveConverter& converter() const { return state; }
 
-public slots:
+  public slots:
     void CmSelectSource();
     void CmSelectDestination();
     void CmConvert();
 
-private:
+  private:
     void SetupWindow();
     void showState();
 

@@ -11,7 +11,7 @@ namespace rk4::gui {
 class WaveformView : public QWidget {
     Q_OBJECT
 
-public:
+  public:
     explicit WaveformView(QWidget* parent = nullptr);
 
     void setWaveform(const Waveform& waveform, const QString& emptyText);
@@ -22,11 +22,11 @@ public:
     QSize sizeHint() const override { return {520, 120}; }
     QSize minimumSizeHint() const override { return {200, 80}; }
 
-protected:
+  protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
-private:
+  private:
     Waveform shown;
     QString emptyText;
     std::vector<WaveColumn> columns; // one per pixel column of the current width

@@ -29,23 +29,22 @@ volatile std::sig_atomic_t stopRequested = 0;
 
 void requestStop(int) { stopRequested = 1; }
 
-const char kUsage[] =
-    "usage: rk4-unitsim [options]\n"
-    "  --product NAME      product name in the version reply (7 characters, default RK4-CEL)\n"
-    "  --firmware VERSION  firmware version in the version reply (4 characters, default 2.14)\n"
-    "  --older             an older unit: no version reply, only the alternate link\n"
-    "  --database FILE     keep a received database here (.dat form) and serve it for reads\n"
-    "  --vocabulary FILE   keep a received vocabulary here\n"
-    "  --voices FILE       keep received voices here and serve them for reads\n"
-    "  --pace              send replies at the pace of a 9600-baud line (a pseudo-terminal\n"
-    "                      takes the programmer's requests at once, whatever the pace)\n"
-    "  --erase-ms N        how long the unit is busy erasing its voice store (default 8000)\n"
-    "  --fault FAULT       misbehave: KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise,\n"
-    "                      crc, silence; COMMAND a name (version, link, link-alt, write-database,\n"
-    "                      write-voices, write-vocabulary, read-database, read-voices, packet,\n"
-    "                      end, any) or a code like 0x8a; let SKIP matching requests through,\n"
-    "                      then hit TIMES of them (default 1, 0 for all). Repeatable.\n"
-    "  --quiet             do not log requests\n";
+const char kUsage[] = "usage: rk4-unitsim [options]\n"
+                      "  --product NAME      product name in the version reply (7 characters, default RK4-CEL)\n"
+                      "  --firmware VERSION  firmware version in the version reply (4 characters, default 2.14)\n"
+                      "  --older             an older unit: no version reply, only the alternate link\n"
+                      "  --database FILE     keep a received database here (.dat form) and serve it for reads\n"
+                      "  --vocabulary FILE   keep a received vocabulary here\n"
+                      "  --voices FILE       keep received voices here and serve them for reads\n"
+                      "  --pace              send replies at the pace of a 9600-baud line (a pseudo-terminal\n"
+                      "                      takes the programmer's requests at once, whatever the pace)\n"
+                      "  --erase-ms N        how long the unit is busy erasing its voice store (default 8000)\n"
+                      "  --fault FAULT       misbehave: KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise,\n"
+                      "                      crc, silence; COMMAND a name (version, link, link-alt, write-database,\n"
+                      "                      write-voices, write-vocabulary, read-database, read-voices, packet,\n"
+                      "                      end, any) or a code like 0x8a; let SKIP matching requests through,\n"
+                      "                      then hit TIMES of them (default 1, 0 for all). Repeatable.\n"
+                      "  --quiet             do not log requests\n";
 
 struct Arguments {
     UnitOptions unit;

@@ -26,12 +26,12 @@ TEST(DirsVerb, ListsEveryDirectorysLinesAsLabelsAndShownParameters)
     const auto run = runRk4({"dirs", (temp / "site.dat").string()});
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_EQ(run.out, "Directory A\n"
-                   "  1   [DIAL]1000Y\n"
-                   "  2   [WAIT]5 [ALERT] [VOICE] [AUTO ACK]\n"
-                   "Directory B\n  (Empty)\n"
-                   "Directory C\n  1  \n  2   [WAIT]10\n"
-                   "Directory D\n  1   [TAP]\\x01hi\\x5C\n  2  7\n"
-                   "Directory E\n  (Empty)\n"
-                   "Directory F\n  1   [WAIT]1\n  2  \n  3  \n  4  \n  5  \n  6  \n  7  \n  8  \n  9  \n"
-                   " 10  \n 11   [DTMF]*#\n");
+                       "  1   [DIAL]1000Y\n"
+                       "  2   [WAIT]5 [ALERT] [VOICE] [AUTO ACK]\n"
+                       "Directory B\n  (Empty)\n"
+                       "Directory C\n  1  \n  2   [WAIT]10\n"
+                       "Directory D\n  1   [TAP]\\x01hi\\x5C\n  2  7\n"
+                       "Directory E\n  (Empty)\n"
+                       "Directory F\n  1   [WAIT]1\n  2  \n  3  \n  4  \n  5  \n  6  \n  7  \n  8  \n  9  \n"
+                       " 10  \n 11   [DTMF]*#\n");
 }

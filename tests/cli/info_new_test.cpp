@@ -1,5 +1,5 @@
-#include "tests/support/cli_runner.h"
 #include "core/database/file.h"
+#include "tests/support/cli_runner.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +7,9 @@
 #include <fstream>
 
 using namespace rk4;
-using rk4::test::TempDir;
 using rk4::test::CommandResult;
 using rk4::test::runRk4;
-
+using rk4::test::TempDir;
 
 TEST(CommandLine, NewWritesDefaultsThatInfoDescribes)
 {

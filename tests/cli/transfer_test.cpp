@@ -20,7 +20,7 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 // The transfer verbs work in the current directory (rk4.cfg, voice.tmp), so
 // each test runs in a fresh one.
 class TransferVerbs : public ::testing::Test {
-protected:
+  protected:
     TempDir dir;
     std::filesystem::path previous = std::filesystem::current_path();
 
@@ -83,8 +83,8 @@ TEST_F(TransferVerbs, WriteVerifyAndReadAgreeWithTheUnitAndLeaveTheFileAlone)
     EXPECT_EQ(differs.code, 1);
     EXPECT_TRUE(contains(differs.out, "2 fields differ between edited.dat and the unit:\n")) << differs.out;
     EXPECT_TRUE(contains(differs.out, "  group 1 ackCode\n")) << differs.out;
-    EXPECT_TRUE(contains(differs.out, "  point 3 port: 5 in the file, " +
-                                          std::to_string(imageOf(site).alm[2].port) + " in the unit\n"))
+    EXPECT_TRUE(contains(differs.out, "  point 3 port: 5 in the file, " + std::to_string(imageOf(site).alm[2].port) +
+                                          " in the unit\n"))
         << differs.out;
 
     const CommandResult read = with({"read", "back.dat"});

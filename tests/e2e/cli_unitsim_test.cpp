@@ -111,10 +111,7 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
 
 } // namespace
 
-TEST(CommandLineOverPty, CleanLineWritesAndReadsTheSameImage)
-{
-    expectRoundTrip({}, "");
-}
+TEST(CommandLineOverPty, CleanLineWritesAndReadsTheSameImage) { expectRoundTrip({}, ""); }
 
 TEST(CommandLineOverPty, FaultyLineStillCarriesTheImageWithNoiseNaksAndACorruptReply)
 {
@@ -122,7 +119,7 @@ TEST(CommandLineOverPty, FaultyLineStillCarriesTheImageWithNoiseNaksAndACorruptR
     // requests answered busy; one packet of the write and one of the read
     // answered with a bad CRC; the first read announce lost; noise before
     // every other reply.
-    expectRoundTrip({"--fault", "nak:packet:0:2", "--fault", "crc:packet:3:1", "--fault", "crc:packet:6:1",
-                     "--fault", "silence:read-database:0:1", "--fault", "noise:any:0:0"},
+    expectRoundTrip({"--fault", "nak:packet:0:2", "--fault", "crc:packet:3:1", "--fault", "crc:packet:6:1", "--fault",
+                     "silence:read-database:0:1", "--fault", "noise:any:0:0"},
                     "No response - retry 1\n");
 }

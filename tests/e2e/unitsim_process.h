@@ -22,7 +22,7 @@ inline std::vector<char*> argvOf(std::vector<std::string>& args)
 }
 
 class UnitSim {
-public:
+  public:
     explicit UnitSim(std::vector<std::string> options)
     {
         int out[2];

@@ -17,7 +17,7 @@ struct ExpectedQuestion {
 };
 
 class ScriptedPrompter : public Prompter {
-public:
+  public:
     // Expect a question with exactly this text, answered with `answer`.
     ScriptedPrompter& expect(std::string text, Answer answer);
     // Expect a question whose text starts with `prefix`.
@@ -36,7 +36,7 @@ public:
     bool finished() const { return script.empty() && files.empty(); }
     void clear() { recorded.clear(); }
 
-private:
+  private:
     std::deque<ExpectedQuestion> script;
     std::deque<std::optional<std::string>> files;
     std::vector<Message> recorded;

@@ -109,4 +109,3 @@ TEST(DatabaseImage, RandomBytesSurviveReadAndWriteIncludingReservedOnes)
         EXPECT_EQ(db.toBytes(), bytes);
     }
 }
-

@@ -188,8 +188,8 @@ TEST(Masks, RotateWithinEightBits)
 TEST(ExtractSeconds, ShowsTheUnitToolsSinglePrecisionText)
 {
     const std::pair<std::uint16_t, const char*> cases[] = {
-        {0, "0.050"},   {1, "0.025"},      {2, "0.050"},        {3, "0.075"},        {7, "0.174"},
-        {40, "1.000"},  {2400, "60.000"},  {65520, "1638.000"}, {65534, "1638.349"}, {65535, "1638.375"},
+        {0, "0.050"},  {1, "0.025"},     {2, "0.050"},        {3, "0.075"},        {7, "0.174"},
+        {40, "1.000"}, {2400, "60.000"}, {65520, "1638.000"}, {65534, "1638.349"}, {65535, "1638.375"},
     };
     for (const auto& [count, text] : cases) {
         std::string out;

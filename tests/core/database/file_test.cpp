@@ -83,4 +83,3 @@ TEST(ImageFile, AnUnwritableFolderGivesCannotOpenAndKeepsTheOldFile)
     TempDir dir;
     EXPECT_EQ(writeImageFile(dir / "no-such-folder" / "x.dat", Database{}), FileStatus::CannotOpen);
 }
-

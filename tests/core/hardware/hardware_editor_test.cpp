@@ -16,7 +16,7 @@ const char kInputQuestion[] = "Changing input type will delete existing settings
 const char kOutputQuestion[] = "Changing output type will delete existing settings - Continue?";
 
 class HardwareEditorTest : public ::testing::Test {
-protected:
+  protected:
     HardwareEditorTest() { DefaultValues(space.image); }
 
     HardwareEditor& open(HardwareEditor::Mode mode)
@@ -81,9 +81,9 @@ TEST_F(HardwareEditorTest, OutputLinesListTheirUsesAndRepairTimers)
     HardwareEditor& outputs = open(HardwareEditor::Mode::Outputs);
 
     EXPECT_EQ(outputs.DrawTitles(), "O/P  TYPE");
-    EXPECT_EQ(outputs.DrawLine(0), (std::vector<std::string>{" 1   TIMED      Interval: 60.000 sec",
-                                                             "     Ack Output: Groups 1, 2 and 4",
-                                                             "     New Alarm Output: Group 3", "     Ring Output "}));
+    EXPECT_EQ(outputs.DrawLine(0),
+              (std::vector<std::string>{" 1   TIMED      Interval: 60.000 sec", "     Ack Output: Groups 1, 2 and 4",
+                                        "     New Alarm Output: Group 3", "     Ring Output "}));
     EXPECT_EQ(outputs.copy().port[8].timer, 2400);
     EXPECT_EQ(outputs.copy().port[8].scaleFlags & 0x02, 0);
     EXPECT_EQ(outputs.DrawLine(1),
@@ -207,14 +207,14 @@ TEST_F(HardwareEditorTest, TypeChangeAnsweredNoChangesNothing)
 
 TEST_F(HardwareEditorTest, TotalizerResetInputLandsInOneDigitalMask)
 {
-    port(0).resetMask = 0x20;  // input 1 used to reset the totalizer on input 6
-    port(2).typeFlags = 0x80;  // digital, normally low: offered
-    port(3).typeFlags = 0x40;  // bits 6 and 7 do not matter: offered
-    port(4).typeFlags = 1;     // watchdog: not offered
-    port(4).resetMask = 0x20;  // and its stale bit is not the dialog's business
-    port(5).typeFlags = 3;     // the totalizer
-    port(6).typeFlags = 0x10;  // analog: not offered
-    port(7).typeFlags = 2;     // interval: not offered
+    port(0).resetMask = 0x20; // input 1 used to reset the totalizer on input 6
+    port(2).typeFlags = 0x80; // digital, normally low: offered
+    port(3).typeFlags = 0x40; // bits 6 and 7 do not matter: offered
+    port(4).typeFlags = 1;    // watchdog: not offered
+    port(4).resetMask = 0x20; // and its stale bit is not the dialog's business
+    port(5).typeFlags = 3;    // the totalizer
+    port(6).typeFlags = 0x10; // analog: not offered
+    port(7).typeFlags = 2;    // interval: not offered
     HardwareEditor& inputs = open(HardwareEditor::Mode::Inputs);
     inputs.selected = 5;
     inputs.EditLine([&](PortEditor& dialog) {

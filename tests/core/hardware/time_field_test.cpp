@@ -14,9 +14,8 @@ TEST(TimeField, ShowsStoredCountsAsTheUnitToolDoes)
     // Zero shows the 50 ms minimum; single precision truncation loses a
     // thousandth on some counts (7 and 65534), and that is what is shown.
     const std::pair<std::uint16_t, const char*> cases[] = {
-        {0, "0.050"},     {1, "0.025"},  {3, "0.075"},        {7, "0.174"},
-        {40, "1.000"},    {500, "12.500"}, {2400, "60.000"},  {65520, "1638.000"},
-        {65534, "1638.349"}, {65535, "1638.375"}};
+        {0, "0.050"},    {1, "0.025"},     {3, "0.075"},        {7, "0.174"},        {40, "1.000"},
+        {500, "12.500"}, {2400, "60.000"}, {65520, "1638.000"}, {65534, "1638.349"}, {65535, "1638.375"}};
     for (const auto& [count, text] : cases)
         EXPECT_EQ(timeFieldText(count, false), text) << count;
     EXPECT_EQ(timeFieldText(0, true), "1");
@@ -83,8 +82,8 @@ TEST(TimeField, SwitchingToSecondsClampsAndCompletesTheText)
     EXPECT_EQ(field.text, "1638.000");
     EXPECT_FALSE(field.minutes);
     EXPECT_EQ(field.stepLabel(), "25 msec steps");
-    EXPECT_EQ(prompter.texts(),
-              std::vector<std::string>{"Debounce timer is out of range, it has been set to maximum for seconds: 1638."});
+    EXPECT_EQ(prompter.texts(), std::vector<std::string>{
+                                    "Debounce timer is out of range, it has been set to maximum for seconds: 1638."});
 
     prompter.clear();
     field.text = "5";

@@ -21,7 +21,7 @@ namespace {
 const std::string kSummaryQuestion = "Do you want to check the Summary for warnings before programming?";
 
 class SessionTest : public ::testing::Test {
-protected:
+  protected:
     TempDir dir;
     ManualClock clock{1000};
     Workspace space{dir.path()};
@@ -59,7 +59,10 @@ protected:
     }
 
     bool sawText(const std::string& text) const { return std::find(texts.begin(), texts.end(), text) != texts.end(); }
-    int countText(const std::string& text) const { return static_cast<int>(std::count(texts.begin(), texts.end(), text)); }
+    int countText(const std::string& text) const
+    {
+        return static_cast<int>(std::count(texts.begin(), texts.end(), text));
+    }
 
     int requestsOf(std::uint8_t command) const
     {
@@ -214,8 +217,7 @@ TEST_F(SessionTest, WarningsBeforeAWriteCanCancelIt)
     space.image.gen.securityLevel = 1; // remote programming on, no access code
     bool summaryOpened = false;
     session->openSummary = [&] { summaryOpened = true; };
-    prompter
-        .expectPrefix("The Access Code has not been entered in the General section.", Answer::No)
+    prompter.expectPrefix("The Access Code has not been entered in the General section.", Answer::No)
         .expect(kSummaryQuestion, Answer::Yes)
         .expect("Do you want to continue with programming?", Answer::No);
     EXPECT_FALSE(session->Send(TransferKind::Database, clock.now()));

@@ -102,11 +102,11 @@ TEST(RandomRequests, DoNotUpsetTheSimulatedUnit)
         // Valid requests now and then, so the unit moves between its modes.
         if (random() % 2 == 0) {
             std::vector<std::uint8_t> request(7);
-            const std::array<std::uint8_t, 8> commands{CMD_LINK,          CMD_WRITE_VOICES, CMD_READ_DATABASE,
-                                                       CMD_READ_VOICES,   CMD_PACKET,       CMD_END,
+            const std::array<std::uint8_t, 8> commands{CMD_LINK,           CMD_WRITE_VOICES, CMD_READ_DATABASE,
+                                                       CMD_READ_VOICES,    CMD_PACKET,       CMD_END,
                                                        CMD_WRITE_DATABASE, CMD_VERSION};
-            buildFrame(request, kFromTool, commands[random() % commands.size()],
-                       static_cast<std::uint16_t>(random()), {});
+            buildFrame(request, kFromTool, commands[random() % commands.size()], static_cast<std::uint16_t>(random()),
+                       {});
             bytes.insert(bytes.begin(), request.begin(), request.end());
         }
         memory.tool().write(bytes);

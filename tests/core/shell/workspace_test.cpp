@@ -20,21 +20,28 @@ const std::string kToBasic =
 const std::string kToAdvanced =
     "Changing to the Advanced mode will allow all available parameters to be programmed.  Some of these variables "
     "are not accessible by the telephone programming.  Do you want to view a summary of these limitations?";
-const std::string kDirectoriesNotEmpty = "The Directories are not empty.\nDo you want to leave the Directories unchanged?";
+const std::string kDirectoriesNotEmpty =
+    "The Directories are not empty.\nDo you want to leave the Directories unchanged?";
 const std::string kUseWizard =
     "Do you want to use the Basic Wizard for configuration?\nPressing No will result in a default database that you "
     "can edit.";
 
 class WorkspaceTest : public ::testing::Test {
-protected:
+  protected:
     TempDir dir;
     Workspace space{dir.path()};
     ScriptedPrompter prompter;
     int modeChanges = 0;
 
-    void SetUp() override { space.ChangeMode = [this] { ++modeChanges; }; }
+    void SetUp() override
+    {
+        space.ChangeMode = [this] { ++modeChanges; };
+    }
 
-    void writeImage(const std::string& name, const Database& db) { ASSERT_EQ(writeImageFile(dir / name, db), FileStatus::Ok); }
+    void writeImage(const std::string& name, const Database& db)
+    {
+        ASSERT_EQ(writeImageFile(dir / name, db), FileStatus::Ok);
+    }
 
     static Database basicImage()
     {
@@ -236,4 +243,3 @@ TEST_F(WorkspaceTest, RunWizardNamesTheDirectoriesThatHoldCommands)
                              "to change the numbers."));
     EXPECT_EQ(space.image.dir[0].dirText[0], 'P');
 }
-

@@ -22,7 +22,7 @@ TEST(Adpcm, DecodeTruncatesEachPartOfTheStepAndMovesTheIndexByTheMagnitudeBits)
         int index, code, delta, nextIndex;
     };
     // Step 17: 17/8 = 2, 17/4 = 4, 17/2 = 8; step 1411 and 1552 at the top of the table.
-    const Case cases[] = {{1, 1, 6, 0},   {1, 2, 10, 0},     {1, 4, 19, 3},     {1, 5, 23, 5},
+    const Case cases[] = {{1, 1, 6, 0},    {1, 2, 10, 0},     {1, 4, 19, 3},      {1, 5, 23, 5},
                           {1, 15, -31, 9}, {48, 7, 2910, 48}, {47, 12, -1587, 48}};
     for (const Case& c : cases) {
         const int before = c.delta > 0 ? -900 : 900;

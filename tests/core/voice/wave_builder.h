@@ -16,9 +16,9 @@ struct WaveLayout {
     std::uint16_t bitsPerSample = 16;
     std::uint16_t channels = 1;
     std::uint16_t formatTag = 1;
-    std::uint32_t fmtExtra = 0;  // bytes after the 16 fmt fields
+    std::uint32_t fmtExtra = 0; // bytes after the 16 fmt fields
     bool fact = false;
-    std::int64_t dataSize = -1;  // -1: the size of the data given
+    std::int64_t dataSize = -1; // -1: the size of the data given
 };
 
 inline std::vector<std::uint8_t> makeWave(const WaveLayout& layout, std::span<const std::uint8_t> data)

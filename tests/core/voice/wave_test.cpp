@@ -23,7 +23,8 @@ std::vector<std::uint8_t> firstBytes(const std::vector<std::uint8_t>& vox, std::
 
 bool allEqual(const std::vector<std::uint8_t>& bytes, std::size_t begin, std::size_t end, std::uint8_t value)
 {
-    return std::all_of(bytes.begin() + static_cast<std::ptrdiff_t>(begin), bytes.begin() + static_cast<std::ptrdiff_t>(end),
+    return std::all_of(bytes.begin() + static_cast<std::ptrdiff_t>(begin),
+                       bytes.begin() + static_cast<std::ptrdiff_t>(end),
                        [value](std::uint8_t byte) { return byte == value; });
 }
 
@@ -122,7 +123,8 @@ TEST(WaveConversion, FactChunkAndLongerFmtChunkConvertTheSameAsThePlainLayout)
         data[i] = static_cast<std::uint8_t>(128 + 90 * std::sin(i * 0.2));
     const auto plain = convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8}, data));
     const auto withFact = convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .fact = true}, data));
-    const auto longFmt = convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .fmtExtra = 2, .fact = true}, data));
+    const auto longFmt =
+        convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .fmtExtra = 2, .fact = true}, data));
     EXPECT_TRUE(withFact.format.hasFact);
     EXPECT_EQ(withFact.vox, plain.vox);
     EXPECT_EQ(longFmt.vox, plain.vox);

@@ -33,7 +33,8 @@ void whenDialogOpens(std::function<void(QDialog*)> play)
     });
 }
 
-template <typename T> T* child(QObject* parent, const char* name)
+template <typename T>
+T* child(QObject* parent, const char* name)
 {
     T* found = parent->findChild<T*>(name);
     EXPECT_NE(found, nullptr) << name;
@@ -41,7 +42,7 @@ template <typename T> T* child(QObject* parent, const char* name)
 }
 
 class HardwareWinTest : public ::testing::Test {
-protected:
+  protected:
     HardwareWinTest()
     {
         main = std::make_unique<Main>(space, &prompter);

@@ -105,8 +105,9 @@ TEST(ProgrammingDialog, TheVocabularyNeedsTwoYesAnswers)
     Workspace space(dir.path());
     ScriptedPrompter prompter;
     gui::PgmDialog dialog(space, prompter, nullptr);
-    prompter.expect(" Writing the vocabulary will destroy all of the stored voices in the Rk4!    Do you want to proceed?",
-                    Answer::Yes)
+    prompter
+        .expect(" Writing the vocabulary will destroy all of the stored voices in the Rk4!    Do you want to proceed?",
+                Answer::Yes)
         .expect("          ARE YOU SURE?          ", Answer::No);
     dialog.findChild<QPushButton*>("writeVocabButton")->click();
     EXPECT_TRUE(prompter.finished());
