@@ -53,7 +53,7 @@ void ProgrammingSession::changeTransport(Transport& replacement)
     link = std::make_unique<LinkSession>(replacement);
 }
 
-void ProgrammingSession::setText(SessionLine line, std::string text)
+void ProgrammingSession::setText(SessionLine line, const std::string& text)
 {
     switch (line) {
     case SessionLine::Status: shown.status = text; break;

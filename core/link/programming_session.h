@@ -122,7 +122,7 @@ class ProgrammingSession {
 
     bool openPort(Millis now);
     void wait(Millis now, Millis delay, Step next);
-    void setText(SessionLine line, std::string text);
+    void setText(SessionLine line, const std::string& text);
     void failure(Millis now, Step retryStep, const std::function<void()>& onLastFailure);
     bool exchange(Millis now, std::uint8_t command, int packetNumber, bool withData, ExchangeStatus& status);
     void sendEnd(Millis now, Millis delay, Step next);

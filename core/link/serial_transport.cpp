@@ -18,7 +18,7 @@ constexpr Millis kHangUpNap = 10;
 
 FdTransport::FdTransport(int descriptor) : fd(descriptor) {}
 
-FdTransport::~FdTransport() { close(); }
+FdTransport::~FdTransport() { FdTransport::close(); }
 
 void FdTransport::adopt(int descriptor)
 {

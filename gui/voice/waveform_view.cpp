@@ -51,7 +51,7 @@ void WaveformView::paintEvent(QPaintEvent*)
     const int top = band + 2;
     const int bottom = area.height() - 3;
     const int middle = (top + bottom) / 2;
-    const double scale = (bottom - top) / 2 / 32768.0;
+    const double scale = (bottom - top) / 2.0 / 32768.0;
 
     // Full-scale lines, so a loud or a faint recording reads at once.
     painter.setPen(QColor(0x3c, 0x48, 0x58));
