@@ -261,9 +261,9 @@ void PgmDialog::IdleAction() { programming->IdleAction(clock.now()); }
 void PgmDialog::refresh()
 {
     const link::SessionView& view = programming->view();
-    statusLabel->setText(view.status.empty() ? QString("Ready") : QString::fromStdString(view.status));
-    versionLabel->setText(view.version.empty() ? QString("not asked yet") : QString::fromStdString(view.version));
     const bool busy = programming->running();
+    statusLabel->setText(view.status.empty() && !busy ? QString("Ready") : QString::fromStdString(view.status));
+    versionLabel->setText(view.version.empty() ? QString("not asked yet") : QString::fromStdString(view.version));
     for (QPushButton* button : transferButtons)
         button->setEnabled(!busy);
     portCombo->setEnabled(!busy);
