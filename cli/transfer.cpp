@@ -288,4 +288,20 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
     return session.outcome() == SessionOutcome::Succeeded;
 }
 
+int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage)
+{
+    const Parsed parsed = parseTransferArguments(args);
+    if (const auto refused = checkTransferArguments(parsed, context, verb, usage))
+        return *refused;
+    const std::filesystem::path file = parsed.positional[0];
+    Workspace workspace;
+    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    if (!line)
+        return 2;
+    const bool written = runTransfer(*line, workspace, context, [&](link::ProgrammingSession& session, Millis now) {
+        return session.Send(kind, now, file);
+    });
+    return written ? 0 : 1;
+}
+
 } // namespace rk4::cli

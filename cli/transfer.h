@@ -49,4 +49,8 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
 std::optional<int> checkTransferArguments(const Parsed& parsed, Context& context, const char* verb,
                                           const char* fileKind);
 
+// Sends a vocabulary or voice file named on the command line: the body of
+// write-vocab and write-voices.
+int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage);
+
 } // namespace rk4::cli

@@ -2,23 +2,9 @@
 
 namespace rk4::cli {
 
-using link::ProgrammingSession;
-using link::TransferKind;
-
 int runWriteVoices(const Arguments& args, Context& context)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    if (const auto usage = checkTransferArguments(parsed, context, "write-voices", "FILE.msg"))
-        return *usage;
-    const std::filesystem::path file = parsed.positional[0];
-    Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
-    if (!line)
-        return 2;
-    const bool written = runTransfer(*line, workspace, context, [&](ProgrammingSession& session, Millis now) {
-        return session.Send(TransferKind::Voices, now, file);
-    });
-    return written ? 0 : 1;
+    return sendFile(args, context, link::TransferKind::Voices, "write-voices", "FILE.msg");
 }
 
 } // namespace rk4::cli
