@@ -1,6 +1,7 @@
 #include "core/database/database.h"
 
 #include "core/common/bytes.h"
+#include "core/database/layout.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,10 +14,10 @@ namespace {
 // list drives reading and writing, so the two can never disagree.
 struct Writer {
     std::span<std::uint8_t> out;
-    void operator()(std::size_t offset, const std::uint8_t& value) { out[offset] = value; }
-    void operator()(std::size_t offset, const std::uint16_t& value) { writeLE16(out, offset, value); }
+    void operator()(std::size_t offset, const char*, const std::uint8_t& value) { out[offset] = value; }
+    void operator()(std::size_t offset, const char*, const std::uint16_t& value) { writeLE16(out, offset, value); }
     template <typename T, std::size_t N>
-    void operator()(std::size_t offset, const std::array<T, N>& value)
+    void operator()(std::size_t offset, const char*, const std::array<T, N>& value)
     {
         static_assert(sizeof(T) == 1);
         std::memcpy(out.data() + offset, value.data(), N);
@@ -25,103 +26,15 @@ struct Writer {
 
 struct Reader {
     std::span<const std::uint8_t> in;
-    void operator()(std::size_t offset, std::uint8_t& value) { value = in[offset]; }
-    void operator()(std::size_t offset, std::uint16_t& value) { value = readLE16(in, offset); }
+    void operator()(std::size_t offset, const char*, std::uint8_t& value) { value = in[offset]; }
+    void operator()(std::size_t offset, const char*, std::uint16_t& value) { value = readLE16(in, offset); }
     template <typename T, std::size_t N>
-    void operator()(std::size_t offset, std::array<T, N>& value)
+    void operator()(std::size_t offset, const char*, std::array<T, N>& value)
     {
         static_assert(sizeof(T) == 1);
         std::memcpy(value.data(), in.data() + offset, N);
     }
 };
-
-template <typename Record, typename Visit>
-void layout(Record& r, Visit&& v) requires std::is_same_v<std::remove_const_t<Record>, GroupRecord>
-{
-    v(0, r.name);
-    v(16, r.ackCode);
-    v(24, r.interrogateCode);
-    v(32, r.enabled);
-    v(33, r.shortCycles);
-    v(34, r.shortTimer);
-    v(35, r.longTimer);
-    v(36, r.shiftDir);
-    v(40, r.autoAck);
-    v(41, r.ackRequest);
-    v(42, r.alarmOut);
-    v(43, r.ackOut);
-    v(44, r.ackIn);
-    v(45, r.newAlarmOut);
-    v(46, r.reserved46);
-}
-
-template <typename Record, typename Visit>
-void layout(Record& r, Visit&& v) requires std::is_same_v<std::remove_const_t<Record>, PointRecord>
-{
-    v(0, r.name);
-    v(16, r.onCode);
-    v(24, r.latching);
-    v(25, r.groupMask);
-    v(26, r.lowSetpoint);
-    v(28, r.highSetpoint);
-    v(30, r.inactive);
-    v(31, r.type);
-    v(32, r.isOutput);
-    v(33, r.reserved33);
-    v(41, r.port);
-    v(43, r.reserved43);
-    v(46, r.decimalMaximum);
-    v(48, r.binaryMinimum);
-    v(50, r.lowReset);
-    v(52, r.slope);
-    v(55, r.highReset);
-    v(57, r.decimalMinimum);
-    v(59, r.unitSelector);
-    v(62, r.binaryMaximum);
-    v(64, r.highSetpointDecimal);
-    v(66, r.lowSetpointDecimal);
-    v(68, r.decimalPlaces);
-    v(69, r.outFunction);
-    v(70, r.outGroupMask);
-    v(71, r.reserved71);
-    v(72, r.offCode);
-}
-
-template <typename Record, typename Visit>
-void layout(Record& r, Visit&& v) requires std::is_same_v<std::remove_const_t<Record>, GeneralRecord>
-{
-    v(0, r.name);
-    v(16, r.shiftChangeCode);
-    v(24, r.reserved24);
-    v(32, r.accessCode);
-    v(40, r.ringsToAnswer);
-    v(41, r.ringOut);
-    v(42, r.basicMode);
-    v(43, r.securityLevel);
-    v(44, r.carrierDetectOut);
-    v(45, r.reserved45);
-    v(46, r.callProgress);
-    v(47, r.reserved47);
-    v(48, r.transferStamp);
-    v(58, r.reserved58);
-    v(60, r.tempAckTime);
-    v(61, r.reserved61);
-    v(64, r.modemEnableCode);
-    v(72, r.reserved72);
-    v(80, r.serviceLine);
-    v(112, r.reserved112);
-}
-
-template <typename Record, typename Visit>
-void layout(Record& r, Visit&& v) requires std::is_same_v<std::remove_const_t<Record>, HardwarePort>
-{
-    v(0, r.typeFlags);
-    v(1, r.debounce);
-    v(3, r.scaleFlags);
-    v(4, r.resetMask);
-    v(5, r.reserved);
-    v(6, r.timer);
-}
 
 template <typename Record, std::size_t N>
 void writeAt(const Record& record, std::span<std::uint8_t> out, std::size_t offset)
