@@ -6,9 +6,6 @@
 
 namespace rk4::cli {
 
-using link::ProgrammingSession;
-using link::TransferKind;
-
 int runRead(const Arguments& args, Context& context)
 {
     const Parsed parsed = parseTransferArguments(args);
@@ -21,13 +18,10 @@ int runRead(const Arguments& args, Context& context)
         return 1;
     }
     Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
-    if (!line)
-        return 2;
-    const bool read = runTransfer(*line, workspace, context, [](ProgrammingSession& session, Millis now) {
-        return session.Receive(TransferKind::Database, now);
-    });
+    const auto read = receiveDatabase(parsed, workspace, context);
     if (!read)
+        return 2;
+    if (!*read)
         return 1;
     const FileStatus saved = writeImageFile(target, workspace.image);
     if (saved != FileStatus::Ok) {

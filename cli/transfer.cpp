@@ -288,6 +288,16 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
     return session.outcome() == SessionOutcome::Succeeded;
 }
 
+std::optional<bool> receiveDatabase(const Parsed& parsed, Workspace& workspace, Context& context)
+{
+    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    if (!line)
+        return std::nullopt;
+    return runTransfer(*line, workspace, context, [](link::ProgrammingSession& session, Millis now) {
+        return session.Receive(link::TransferKind::Database, now);
+    });
+}
+
 int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage)
 {
     const Parsed parsed = parseTransferArguments(args);

@@ -49,6 +49,10 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
 std::optional<int> checkTransferArguments(const Parsed& parsed, Context& context, const char* verb,
                                           const char* fileKind);
 
+// Reads the unit's database into `workspace`: nothing when no line could be
+// chosen, else whether the read succeeded. The body shared by read and verify.
+std::optional<bool> receiveDatabase(const Parsed& parsed, Workspace& workspace, Context& context);
+
 // Sends a vocabulary or voice file named on the command line: the body of
 // write-vocab and write-voices.
 int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage);

@@ -6,9 +6,6 @@
 
 namespace rk4::cli {
 
-using link::ProgrammingSession;
-using link::TransferKind;
-
 // Exit codes as diff has them: 0 the unit holds the file, 1 it differs, 2 no
 // comparison could be made.
 int runVerify(const Arguments& args, Context& context)
@@ -21,13 +18,8 @@ int runVerify(const Arguments& args, Context& context)
     if (!expected)
         return 2;
     Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
-    if (!line)
-        return 2;
-    const bool read = runTransfer(*line, workspace, context, [](ProgrammingSession& session, Millis now) {
-        return session.Receive(TransferKind::Database, now);
-    });
-    if (!read)
+    const auto read = receiveDatabase(parsed, workspace, context);
+    if (!read || !*read)
         return 2;
 
     const auto differences = compareDatabases(*expected, workspace.image);
