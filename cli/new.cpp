@@ -19,9 +19,10 @@ int runNew(const Arguments& args, Context& context)
     Database db;
     db.gen.basicMode = parsed.has("--basic") ? 1 : 0;
     ClearDatabase(db, false);
-    const FileStatus status = writeImageFile(parsed.positional[0], db);
-    if (status != FileStatus::Ok) {
-        context.err << "File Error:" << fileStatusText(status) << "(" << parsed.positional[0] << ")\n";
+    const FileOutcome status = writeImageFile(parsed.positional[0], db);
+    if (!status) {
+        context.err << "File Error:" << fileStatusText(status.status) << "(" << parsed.positional[0] << ")"
+                    << (status.cause.empty() ? "" : " " + status.cause) << "\n";
         return 1;
     }
     context.out << "Wrote " << (db.gen.basicMode ? "Basic" : "Advanced") << " defaults to " << parsed.positional[0]

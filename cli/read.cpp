@@ -23,9 +23,10 @@ int runRead(const Arguments& args, Context& context)
         return 2;
     if (!*read)
         return 1;
-    const FileStatus saved = writeImageFile(target, workspace.image);
-    if (saved != FileStatus::Ok) {
-        context.err << "File Error:" << fileStatusText(saved) << "(" << target << ")\n";
+    const FileOutcome saved = writeImageFile(target, workspace.image);
+    if (!saved) {
+        context.err << "File Error:" << fileStatusText(saved.status) << "(" << target << ")"
+                    << (saved.cause.empty() ? "" : " " + saved.cause) << "\n";
         return 1;
     }
     context.out << "Saved " << target << " (" << (workspace.basicMode() ? "Basic" : "Advanced") << " mode)\n";

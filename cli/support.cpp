@@ -20,9 +20,10 @@ Answer StreamPrompter::ask(const Message& message)
 std::optional<Database> loadImage(const std::string& path, Context& context)
 {
     Database db;
-    const FileStatus status = readImageFile(path, db);
-    if (status != FileStatus::Ok) {
-        context.err << "File Error:" << fileStatusText(status) << "(" << path << ")\n";
+    const FileOutcome status = readImageFile(path, db);
+    if (!status) {
+        context.err << "File Error:" << fileStatusText(status.status) << "(" << path << ")"
+                    << (status.cause.empty() ? "" : " " + status.cause) << "\n";
         return std::nullopt;
     }
     return db;

@@ -82,8 +82,10 @@ class SimulatedLine final : public UnitLine {
     void keep(TransferKind kind)
     {
         const std::string& file = files[static_cast<std::size_t>(kind)];
-        if (!file.empty() && !writeFileAtomically(file, held(kind)))
-            context.err << "rk4: the simulated unit cannot keep its memory in " << file << "\n";
+        if (file.empty())
+            return;
+        if (const SaveResult kept = writeFileAtomically(file, held(kind)); !kept)
+            context.err << "rk4: the simulated unit cannot keep its memory in " << file << ": " << kept.cause() << "\n";
     }
 
     ManualClock time{1};

@@ -22,8 +22,9 @@ int runVox2wav(const Arguments& args, Context& context)
         return 1;
     }
     const std::vector<std::int16_t> samples = decodeVox(phraseData(*vox));
-    if (!writeFileAtomically(parsed.positional[1], waveFileBytes(samples, kPhraseRate))) {
-        prompter.fileError(kCannotOpenOutputFile);
+    if (const SaveResult saved = writeFileAtomically(parsed.positional[1], waveFileBytes(samples, kPhraseRate));
+        !saved) {
+        prompter.fileError(kCannotOpenOutputFile, saved.cause());
         return 1;
     }
     char seconds[32];

@@ -44,11 +44,15 @@ class Prompter {
     // An empty result means the user cancelled.
     virtual std::optional<std::string> chooseFile(const FileRequest& request) = 0;
 
-    void tell(std::string title, std::string text, Icon icon)
+    void tell(std::string title, std::string text, Icon icon, std::string detail = {})
     {
-        ask(Message{std::move(title), std::move(text), icon, Buttons::Ok});
+        ask(Message{std::move(title), std::move(text), icon, Buttons::Ok, std::move(detail)});
     }
-    void fileError(std::string text) { tell("File Error", std::move(text), Icon::Error); }
+    // `detail` carries the cause behind the system's message ("disk full").
+    void fileError(std::string text, std::string detail = {})
+    {
+        tell("File Error", std::move(text), Icon::Error, std::move(detail));
+    }
 };
 
 } // namespace rk4

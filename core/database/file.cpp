@@ -1,9 +1,7 @@
 #include "core/database/file.h"
 
 #include <cctype>
-#include <fstream>
-#include <system_error>
-#include <unistd.h>
+#include <algorithm>
 
 namespace rk4 {
 
@@ -29,80 +27,60 @@ std::string fileStatusText(FileStatus status)
     return {};
 }
 
+void reportFileError(Prompter& prompter, const FileOutcome& outcome)
+{
+    if (!outcome)
+        prompter.fileError(fileStatusText(outcome.status), outcome.cause);
+}
+
 std::optional<std::vector<std::uint8_t>> readWholeFile(const std::filesystem::path& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
+    FileRead read = readFileBytes(path);
+    if (!read)
         return std::nullopt;
-    // Read in large pieces: recordings run to tens of megabytes.
-    std::vector<std::uint8_t> bytes;
-    std::vector<char> piece(1 << 20);
-    while (in.read(piece.data(), static_cast<std::streamsize>(piece.size())) || in.gcount() > 0)
-        bytes.insert(bytes.end(), piece.begin(), piece.begin() + in.gcount());
-    if (in.bad())
-        return std::nullopt;
-    return bytes;
+    return std::move(read.bytes);
 }
 
-bool writeFileAtomically(const std::filesystem::path& path, std::span<const std::uint8_t> bytes)
-{
-    std::filesystem::path temporary = path;
-    temporary += ".tmp~" + std::to_string(::getpid());
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out)
-            return false;
-        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (!out) {
-            std::error_code ignored;
-            std::filesystem::remove(temporary, ignored);
-            return false;
-        }
-    }
-    std::error_code error;
-    std::filesystem::rename(temporary, path, error);
-    if (error) {
-        std::filesystem::remove(temporary, error);
-        return false;
-    }
-    return true;
-}
-
-FileStatus readImageFile(const std::filesystem::path& path, Database& db)
+FileOutcome readImageFile(const std::filesystem::path& path, Database& db)
 {
     if (!CheckFileExt(path.filename().string()))
-        return FileStatus::WrongExtension;
-    auto bytes = readWholeFile(path);
-    if (!bytes)
-        return FileStatus::CannotOpen;
-    if (bytes->size() != dbasesize)
-        return FileStatus::WrongSize;
-    db.fromBytes(std::span<const std::uint8_t, dbasesize>(bytes->data(), dbasesize));
-    return FileStatus::Ok;
+        return {FileStatus::WrongExtension, {}};
+    const FileRead read = readFileBytes(path);
+    if (!read)
+        return {FileStatus::CannotOpen, read.cause()};
+    if (read.bytes.size() != dbasesize)
+        return {FileStatus::WrongSize, std::to_string(read.bytes.size()) + " bytes, not " + std::to_string(dbasesize)};
+    db.fromBytes(std::span<const std::uint8_t, dbasesize>(read.bytes.data(), dbasesize));
+    return {};
 }
 
-FileStatus writeImageFile(const std::filesystem::path& path, const Database& db)
+FileOutcome writeImageFile(const std::filesystem::path& path, const Database& db)
 {
-    if (!CheckFileExt(path.filename().string())) {
-        std::ofstream truncated(path, std::ios::binary | std::ios::trunc);
-        return truncated ? FileStatus::WrongExtension : FileStatus::CannotOpen;
-    }
+    if (!CheckFileExt(path.filename().string()))
+        return {FileStatus::WrongExtension, {}};
     const ImageBytes image = db.toBytes();
-    return writeFileAtomically(path, image) ? FileStatus::Ok : FileStatus::CannotOpen;
+    const SaveResult saved = writeFileAtomically(path, image);
+    if (!saved)
+        return {FileStatus::CannotOpen, saved.cause()};
+    return {};
+}
+
+Config configFromBytes(std::span<const std::uint8_t> bytes)
+{
+    Config config;
+    std::copy_n(bytes.begin(), std::min(bytes.size(), config.bytes.size()), config.bytes.begin());
+    return config;
 }
 
 std::optional<Config> readConfigFile(const std::filesystem::path& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
+    const FileRead read = readFileBytes(path);
+    if (!read)
         return std::nullopt;
-    Config config;
-    in.read(reinterpret_cast<char*>(config.bytes.data()), static_cast<std::streamsize>(config.bytes.size()));
-    return config; // a short file leaves the rest zero, as the tool always read it
+    return configFromBytes(read.bytes);
 }
 
-bool writeConfigFile(const std::filesystem::path& path, const Config& config)
+SaveResult writeConfigFile(const std::filesystem::path& path, const Config& config)
 {
     return writeFileAtomically(path, config.bytes);
 }

@@ -65,7 +65,8 @@ bool PortBindings::save(const std::filesystem::path& file) const
     for (int slot = 0; slot < kPortSlotCount; ++slot)
         out << portSlotName(slot) << " = " << paths[static_cast<std::size_t>(slot)] << "\n";
     const std::string text = out.str();
-    return writeFileAtomically(file, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+    return static_cast<bool>(
+        writeFileAtomically(file, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size())));
 }
 
 std::string PortBindings::path(int slot) const

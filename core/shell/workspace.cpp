@@ -95,9 +95,9 @@ bool Workspace::openFile(const std::string& path, Prompter& prompter)
 {
     const bool wasBasic = basicMode();
     Database loaded = image;
-    const FileStatus status = readImageFile(resolve(path), loaded);
-    if (status != FileStatus::Ok) {
-        prompter.fileError(fileStatusText(status));
+    const FileOutcome status = readImageFile(resolve(path), loaded);
+    if (!status) {
+        reportFileError(prompter, status);
         return false;
     }
     image = loaded;
@@ -117,9 +117,9 @@ bool Workspace::saveTo(const std::string& path, Prompter& prompter)
     const std::filesystem::path target = resolve(path);
     if (CheckFileExt(target.filename().string()) && !basicMode())
         DefaultValues(image);
-    const FileStatus status = writeImageFile(target, image);
-    if (status != FileStatus::Ok) {
-        prompter.fileError(fileStatusText(status));
+    const FileOutcome status = writeImageFile(target, image);
+    if (!status) {
+        reportFileError(prompter, status);
         return false;
     }
     DatabaseChanged = false;
@@ -247,8 +247,8 @@ bool Workspace::CmRunWizard(Prompter& prompter)
 bool Workspace::SavePort(int index, Prompter& prompter)
 {
     cfg.setPortIndex(index);
-    if (!writeConfigFile(configPath(), cfg)) {
-        prompter.fileError(kCannotOpenCfg);
+    if (const SaveResult saved = writeConfigFile(configPath(), cfg); !saved) {
+        prompter.fileError(kCannotOpenCfg, saved.cause());
         return false;
     }
     return true;

@@ -93,18 +93,22 @@ bool WaveConverter::CmConvert(Prompter& prompter)
         prompter.fileError(kCannotOpenWaveFile);
         return false;
     }
-    // Opened for appending, not truncated: the phrase is written whole at the
-    // end, so a failed conversion never leaves half a file behind.
-    if (destination.empty() || !std::ofstream(destination, std::ios::binary | std::ios::app)) {
+    // Checked before converting; the phrase is written whole at the end, so a
+    // failed conversion never leaves half a file behind.
+    if (destination.empty()) {
         prompter.fileError(kCannotOpenOutputFile);
+        return false;
+    }
+    if (const SaveResult target = checkSaveTarget(destination); !target) {
+        prompter.fileError(kCannotOpenOutputFile, target.cause());
         return false;
     }
     setStatus(kConverting);
     const VoxConversion conversion = convertWave(wave);
     outputCount = conversion.outputCount;
-    if (!writeFileAtomically(destination, conversion.vox)) {
+    if (const SaveResult saved = writeFileAtomically(destination, conversion.vox); !saved) {
         setStatus("");
-        prompter.fileError(kCannotOpenOutputFile);
+        prompter.fileError(kCannotOpenOutputFile, saved.cause());
         return false;
     }
     sourceFormat = describeFormat(conversion.format);

@@ -205,10 +205,10 @@ int main(int argc, char** argv)
                                                                : unit.store.voices;
         if (file.empty())
             return;
-        if (writeFileAtomically(file, bytes))
+        if (const SaveResult saved = writeFileAtomically(file, bytes))
             std::cerr << "rk4-unitsim: stored " << bytes.size() << " bytes in " << file << "\n";
         else
-            std::cerr << "rk4-unitsim: cannot write " << file << "\n";
+            std::cerr << "rk4-unitsim: cannot write " << file << ": " << saved.cause() << "\n";
     };
 
     std::cout << terminal->path << std::endl;

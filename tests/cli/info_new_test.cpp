@@ -33,9 +33,11 @@ TEST(CommandLine, BadFilesGiveTheSystemsMessageAndAFailure)
     EXPECT_NE(run.code, 0);
     EXPECT_NE(run.err.find(" FILE IS NOT THE CORRECT SIZE "), std::string::npos);
 
+    std::ofstream(dir / "notes.txt") << "kept";
     run = runRk4({"new", (dir / "notes.txt").string()});
     EXPECT_NE(run.code, 0);
     EXPECT_NE(run.err.find(" FILE NAME MUST HAVE .DAT EXTENSION "), std::string::npos);
+    EXPECT_EQ(std::filesystem::file_size(dir / "notes.txt"), 4u) << "a refused name destroys nothing";
 }
 
 TEST(CommandLine, HelpAndUnknownCommands)

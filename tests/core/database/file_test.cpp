@@ -70,12 +70,14 @@ TEST(ImageFile, SaveAndReloadIsByteIdentical)
     EXPECT_EQ(files, 1);
 }
 
-TEST(ImageFile, AWrongExtensionTruncatesTheFileAndIsRefused)
+TEST(ImageFile, AWrongExtensionIsRefusedAndTheFileLeftAsItWas)
 {
     TempDir dir;
-    writeBytes(dir / "config.txt", 50);
-    EXPECT_EQ(writeImageFile(dir / "config.txt", Database{}), FileStatus::WrongExtension);
-    EXPECT_EQ(std::filesystem::file_size(dir / "config.txt"), 0u);
+    writeBytes(dir / "notes.txt", 50, 0x41);
+    EXPECT_EQ(writeImageFile(dir / "notes.txt", Database{}), FileStatus::WrongExtension);
+    EXPECT_EQ(std::filesystem::file_size(dir / "notes.txt"), 50u);
+    EXPECT_EQ(writeImageFile(dir / "absent.txt", Database{}), FileStatus::WrongExtension);
+    EXPECT_FALSE(std::filesystem::exists(dir / "absent.txt"));
 }
 
 TEST(ImageFile, AnUnwritableFolderGivesCannotOpenAndKeepsTheOldFile)

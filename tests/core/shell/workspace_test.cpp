@@ -139,7 +139,7 @@ TEST_F(WorkspaceTest, AnAdvancedFileIsRepairedOnOpenButABasicOneIsNot)
     EXPECT_EQ(space.image.group[0].longTimer, 0);
 }
 
-TEST_F(WorkspaceTest, SaveToAWrongNameTruncatesAndRefuses)
+TEST_F(WorkspaceTest, SaveToAWrongNameIsRefusedAndDestroysNothing)
 {
     space.InitFile(prompter);
     std::ofstream(dir / "config.txt") << "precious";
@@ -147,7 +147,7 @@ TEST_F(WorkspaceTest, SaveToAWrongNameTruncatesAndRefuses)
     prompter.fileChoice((dir / "config.txt").string());
     EXPECT_FALSE(space.CmFileSaveAs(prompter));
     EXPECT_TRUE(prompter.saw(" FILE NAME MUST HAVE .DAT EXTENSION "));
-    EXPECT_EQ(std::filesystem::file_size(dir / "config.txt"), 0u);
+    EXPECT_EQ(std::filesystem::file_size(dir / "config.txt"), 8u);
     EXPECT_TRUE(space.DatabaseChanged);
 }
 
