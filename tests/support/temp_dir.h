@@ -1,5 +1,6 @@
 #pragma once
 // A fresh directory under the system's temporary folder, removed afterwards.
+// Making one also bounds the size of every file the test process writes.
 
 #include <filesystem>
 #include <string>
