@@ -4,6 +4,7 @@
 #include "core/link/packing.h"
 #include "core/link/serial_transport.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace rk4::link {
@@ -292,10 +293,16 @@ void ProgrammingSession::closeFiles()
         temporaryFile.close();
 }
 
-void ProgrammingSession::appendToTemporary(std::size_t packets)
+// Keeps no more than the largest voice store holds, whatever the unit or a
+// stuck exchange sends; false when the packets did not all fit.
+bool ProgrammingSession::appendToTemporary(std::size_t packets)
 {
-    temporaryFile.write(reinterpret_cast<const char*>(link->staging.data()),
-                        static_cast<std::streamsize>(packets * kPacketSize));
+    constexpr std::streamoff kStoreBytes = std::streamoff{kVoiceStorePackets} * kPacketSize;
+    const std::streamoff held = temporaryFile.tellp();
+    const std::streamoff room = held < 0 ? 0 : std::max<std::streamoff>(kStoreBytes - held, 0);
+    const std::streamoff offered = static_cast<std::streamoff>(packets * kPacketSize);
+    temporaryFile.write(reinterpret_cast<const char*>(link->staging.data()), std::min(offered, room));
+    return offered <= room;
 }
 
 void ProgrammingSession::finishRun(Millis)
@@ -555,8 +562,10 @@ void ProgrammingSession::stepOnce(Millis now)
         return;
 
     case Step::ReadPacketDone:
-        if (kind == TransferKind::Voices && link->blockSlot == 0)
-            appendToTemporary(kBlockPackets);
+        if (kind == TransferKind::Voices && link->blockSlot == 0 && !appendToTemporary(kBlockPackets)) {
+            step = Step::ReadComplete;
+            return;
+        }
         setText(SessionLine::Line2, "Received packet " + std::to_string(link->packetIndex));
         shown.packetsDone = link->packetIndex;
         if (onProgress)

@@ -132,7 +132,7 @@ class ProgrammingSession {
     void closeFiles();
     void finishRun(Millis now);
     void stepOnce(Millis now);
-    void appendToTemporary(std::size_t packets);
+    bool appendToTemporary(std::size_t packets);
 
     Workspace& workspace;
     Prompter& prompter;

@@ -47,39 +47,30 @@ TEST_F(Exchange, SendsTheFrameAfterPurgingStaleBytes)
     EXPECT_EQ(sent[2], CMD_LINK);
 }
 
-TEST_F(Exchange, AcceptsAReplyAfterLineNoise)
+// Replies to a link request, as the unit's line delivers them.
+TEST_F(Exchange, ReplyBytesDecideTheOutcome)
 {
-    session.start(CMD_LINK, 0, false, clock.now());
-    auto bytes = unitReply(REPLY_ACK);
-    bytes.insert(bytes.begin(), {0x00, 0xFF, 0x55});
-    fromUnit(bytes);
-    EXPECT_EQ(finish(session, clock), ExchangeStatus::Good);
-}
-
-TEST_F(Exchange, AStartByteInTheNoiseBeginsTheFrameTooEarlyAndFails)
-{
-    session.start(CMD_LINK, 0, false, clock.now());
-    auto bytes = unitReply(REPLY_ACK);
-    bytes.insert(bytes.begin(), {0x00, 0x16, 0x55});
-    fromUnit(bytes);
-    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
-}
-
-TEST_F(Exchange, RejectsAnEchoOfTheRequestAndAWrongCodeOrCrc)
-{
-    session.start(CMD_LINK, 0, false, clock.now());
-    fromUnit(unitReply(REPLY_ACK, {}, kFromTool));
-    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
-
-    session.start(CMD_LINK, 0, false, clock.now());
-    fromUnit(unitReply(REPLY_VERSION));
-    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
-
-    session.start(CMD_LINK, 0, false, clock.now());
+    auto with = [](std::vector<std::uint8_t> prefix, std::vector<std::uint8_t> reply) {
+        prefix.insert(prefix.end(), reply.begin(), reply.end());
+        return prefix;
+    };
     auto damaged = unitReply(REPLY_ACK);
     damaged[6] ^= 0x01;
-    fromUnit(damaged);
-    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
+    const std::pair<std::vector<std::uint8_t>, ExchangeStatus> cases[] = {
+        {unitReply(REPLY_ACK), ExchangeStatus::Good},
+        {with({0x00, 0xFF, 0x55}, unitReply(REPLY_ACK)), ExchangeStatus::Good},   // line noise is dropped
+        {with({0x00, 0x16, 0x55}, unitReply(REPLY_ACK)), ExchangeStatus::Failed}, // a start byte in it is not
+        {unitReply(REPLY_ACK, {}, kFromTool), ExchangeStatus::Failed},            // our own request echoed
+        {unitReply(REPLY_VERSION), ExchangeStatus::Failed},                       // not the reply asked for
+        {damaged, ExchangeStatus::Failed},
+        {{0x15}, ExchangeStatus::Busy},
+        {with({0x15}, unitReply(REPLY_ACK)), ExchangeStatus::Busy},
+    };
+    for (const auto& [bytes, status] : cases) {
+        session.start(CMD_LINK, 0, false, clock.now());
+        fromUnit(bytes);
+        EXPECT_EQ(finish(session, clock), status) << ::testing::PrintToString(bytes);
+    }
 }
 
 TEST_F(Exchange, SilenceFailsAfterOneSecond)

@@ -28,7 +28,9 @@ class SessionTest : public ::testing::Test {
     ScriptedPrompter prompter;
     std::unique_ptr<SimulatedUnitPort> port;
     std::unique_ptr<ProgrammingSession> session;
-    std::vector<std::string> texts; // every line 1 / line 2 / status text, in order
+    std::vector<std::string> texts;   // every line 1 / line 2 / status text, in order
+    std::vector<Millis> textTimes;    // when each was shown
+    std::vector<Millis> requestTimes; // when the unit heard each request
     int modeChanges = 0;
 
     void SetUp() override
@@ -44,7 +46,11 @@ class SessionTest : public ::testing::Test {
         session.reset();
         port = std::make_unique<SimulatedUnitPort>(clock, std::move(options));
         session = std::make_unique<ProgrammingSession>(space, *port, prompter);
-        session->onText = [this](SessionLine, const std::string& text) { texts.push_back(text); };
+        session->onText = [this](SessionLine, const std::string& text) {
+            texts.push_back(text);
+            textTimes.push_back(clock.now());
+        };
+        requestTimes.clear();
     }
 
     // Runs the started operation to its end on the manual clock.
@@ -52,6 +58,8 @@ class SessionTest : public ::testing::Test {
     {
         for (int guard = 0; guard < 200000 && session->running(); ++guard) {
             session->poll(clock.now());
+            while (requestTimes.size() < port->unit().requests().size())
+                requestTimes.push_back(clock.now());
             const Millis next = session->nextPollAt(clock.now());
             clock.set(std::max(next, clock.now() + 1));
         }
@@ -62,6 +70,17 @@ class SessionTest : public ::testing::Test {
     int countText(const std::string& text) const
     {
         return static_cast<int>(std::count(texts.begin(), texts.end(), text));
+    }
+
+    // How long after the first time `text` was shown the next request went out.
+    Millis requestDelayAfter(const std::string& text) const
+    {
+        const auto at = std::find(texts.begin(), texts.end(), text);
+        if (at == texts.end())
+            return -1;
+        const Millis shown = textTimes[static_cast<std::size_t>(at - texts.begin())];
+        const auto next = std::upper_bound(requestTimes.begin(), requestTimes.end(), shown);
+        return next == requestTimes.end() ? -1 : *next - shown;
     }
 
     int requestsOf(std::uint8_t command) const
@@ -145,45 +164,54 @@ TEST_F(SessionTest, ASecondWriteInTheSameDialogSkipsTheVersionCheck)
     EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
 }
 
-TEST_F(SessionTest, BusyAnswersAreRepeatedWithoutCountingAttempts)
-{
-    UnitOptions options;
-    options.faults.push_back(*parseFault("nak:version:0:6"));
-    options.faults.push_back(*parseFault("nak:packet:0:5"));
-    makeUnit(options);
-    ASSERT_TRUE(write());
-    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
-    EXPECT_EQ(requestsOf(CMD_VERSION), 7);
-    EXPECT_FALSE(sawText("No response - retry 1"));
-}
+struct LineFault {
+    std::vector<const char*> faults;
+    SessionOutcome outcome;
+    int versions, links, alternateLinks; // requests heard
+    int firstRetries;                    // times "No response - retry 1" was shown
+    std::vector<std::string> shown;
+};
 
-TEST_F(SessionTest, CorruptedAndNoisyRepliesAreRetriedAndTheWriteStillSucceeds)
+// Busy answers are repeated without counting an attempt; a spoiled or lost
+// reply counts one and the request goes out again 200 ms after the retry text;
+// three in a row move on to the alternate link and then give up.
+TEST_F(SessionTest, LineFaultsAreRetriedAsTheUnitNeeds)
 {
-    UnitOptions options;
-    options.faults.push_back(*parseFault("crc:packet:0:2"));
-    options.faults.push_back(*parseFault("noise:any:0:0"));
-    makeUnit(options);
-    ASSERT_TRUE(write());
-    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
-    EXPECT_EQ(countText("No response - retry 1"), 1);
-    EXPECT_EQ(countText("No response - retry 2"), 1);
-}
-
-TEST_F(SessionTest, ASilentUnitGoesToTheSecondPassAndThenFails)
-{
-    UnitOptions options;
-    options.faults.push_back(*parseFault("silence:any:0:0"));
-    makeUnit(options);
-    ASSERT_TRUE(write());
-    EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
-    EXPECT_EQ(requestsOf(CMD_VERSION), 3);
-    EXPECT_EQ(requestsOf(CMD_LINK), 3);
-    EXPECT_EQ(requestsOf(CMD_LINK_ALT), 3);
-    EXPECT_TRUE(sawText("No version available - trying alternate connection."));
-    EXPECT_TRUE(sawText("Communications Failure - Starting second pass."));
+    const LineFault cases[] = {
+        {{"nak:version:0:6", "nak:packet:0:5"}, SessionOutcome::Succeeded, 7, 0, 0, 0, {}},
+        {{"crc:packet:0:2", "noise:any:0:0"}, SessionOutcome::Succeeded, 1, 0, 0, 1, {"No response - retry 2"}},
+        {{"silence:version:0:2"}, SessionOutcome::Succeeded, 3, 0, 0, 1, {"No response - retry 2"}},
+        {{"silence:any:0:0"},
+         SessionOutcome::Failed,
+         3,
+         3,
+         3,
+         3,
+         {"No version available - trying alternate connection.", "Communications Failure - Starting second pass.",
+          "Communications Failure - Check connection."}},
+    };
+    for (const LineFault& c : cases) {
+        SCOPED_TRACE(c.faults.front());
+        UnitOptions options;
+        for (const char* fault : c.faults)
+            options.faults.push_back(*parseFault(fault));
+        makeUnit(options);
+        texts.clear();
+        textTimes.clear();
+        ASSERT_TRUE(write());
+        EXPECT_EQ(session->outcome(), c.outcome);
+        EXPECT_EQ(requestsOf(CMD_VERSION), c.versions);
+        EXPECT_EQ(requestsOf(CMD_LINK), c.links);
+        EXPECT_EQ(requestsOf(CMD_LINK_ALT), c.alternateLinks);
+        EXPECT_EQ(countText("No response - retry 1"), c.firstRetries);
+        for (const std::string& text : c.shown)
+            EXPECT_TRUE(sawText(text)) << text;
+        if (c.firstRetries > 0) {
+            EXPECT_EQ(requestDelayAfter("No response - retry 1"), 200);
+        }
+        EXPECT_EQ(requestsOf(CMD_END), 1) << "a write ends with the end request, failed or not";
+    }
     EXPECT_EQ(session->view().status, "Communications Failure - Check connection.");
-    EXPECT_EQ(session->view().line2, "Communications Failure - Check connection.");
-    EXPECT_EQ(space.image.gen.transferStamp[0], 0) << "nothing was packed";
 }
 
 TEST_F(SessionTest, AnOlderUnitIsReachedOnTheSecondPassAndLosesTheSelectorsItDoesNotKnow)
@@ -336,4 +364,15 @@ TEST_F(SessionTest, AVoiceReadWithNoDataFails)
     EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
     EXPECT_EQ(session->view().line2, "Not enough voice data to be valid.");
     EXPECT_FALSE(std::filesystem::exists(dir / "none.msg"));
+}
+
+TEST_F(SessionTest, AVoiceReadKeepsNoMoreThanTheLargestVoiceStore)
+{
+    port->unit().store.voices.assign(140 * kPacketSize, 0x11);
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), dir / "big.msg"));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(requestsOf(CMD_PACKET), kVoiceStorePackets);
+    // Whole ten-packet blocks only: the 129th packet's block is never complete.
+    EXPECT_EQ(readWholeFile(dir / "big.msg")->size(), 120u * kPacketSize);
 }
