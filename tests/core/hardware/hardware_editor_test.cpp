@@ -42,7 +42,8 @@ TEST_F(HardwareEditorTest, InputLinesShowEachTypeInItsColumns)
     port(3) = {0x82, 3, 0x06, 0, 0, 10};
     port(4) = {0x83, 65520, 0x00, 0, 0, 10};
     port(5).typeFlags = 0x10;
-    port(6).typeFlags = 0x07; // no such type: repaired to a zero entry
+    port(6) = {0x81, 2, 0x00, 0, 0, 40};
+    port(7) = {0x01, 2, 0x02, 0, 0, 3};
     HardwareEditor& inputs = open(HardwareEditor::Mode::Inputs);
 
     EXPECT_EQ(inputs.DrawTitles(), "I/P  TYPE       DEBOUNCE");
@@ -53,13 +54,19 @@ TEST_F(HardwareEditorTest, InputLinesShowEachTypeInItsColumns)
         " 4   INTERVAL      0.075 sec  Normally Low Input, Timer resolution: minutes",
         " 5   TOTALIZER  1638.000 sec  Count: Low to High changes, Reset by I/P 1",
         " 6   ANALOG",
-        " 7   DIGITAL       0.050 sec  Normally High Input",
+        " 7   WATCHDOG      0.050 sec  Restart: Low to High changes, Watchdog timer: 1.000 sec ",
+        " 8   WATCHDOG      0.050 sec  Restart: High to Low changes, Watchdog timer: 3 min ",
     };
-    for (int line = 0; line < 7; ++line)
+    for (int line = 0; line < 8; ++line)
         EXPECT_EQ(inputs.DrawLine(line), std::vector<std::string>{expected[line]}) << line;
+}
+
+TEST_F(HardwareEditorTest, AnInputOfNoKnownTypeIsShownAsAZeroEntry)
+{
+    port(6).typeFlags = 0x07;
+    HardwareEditor& inputs = open(HardwareEditor::Mode::Inputs);
+    EXPECT_EQ(inputs.DrawLine(6), std::vector<std::string>{" 7   DIGITAL       0.050 sec  Normally High Input"});
     EXPECT_EQ(inputs.copy().port[6], HardwarePort{});
-    port(0).resetMask = 0x04;
-    EXPECT_EQ(inputs.DrawLine(0).size(), 1u);
 }
 
 TEST_F(HardwareEditorTest, OutputLinesListTheirUsesAndRepairTimers)
@@ -134,9 +141,6 @@ TEST_F(HardwareEditorTest, DigitalInputChangedToAnotherTypeGivesUpItsDuties)
     port(0).resetMask = 0x14; // resets the totalizers on inputs 3 and 5
     port(2).typeFlags = 3;
     port(4).typeFlags = 3;
-    for (int g : {0, 1, 3})
-        space.image.group[g].ackIn = 1;
-    space.image.group[2].ackIn = 2;
     space.image.alm[7].type = kPointDigital;
     space.image.alm[7].port = 0;
     space.image.alm[7].inactive = 0;
@@ -158,11 +162,7 @@ TEST_F(HardwareEditorTest, DigitalInputChangedToAnotherTypeGivesUpItsDuties)
     EXPECT_EQ(prompter.texts(),
               (std::vector<std::string>{
                   kInputQuestion, "The totalizer using input port 3 will no longer be reset by this digital input",
-                  "The totalizer using input port 5 will no longer be reset by this digital input",
-                  "Groups 1, 2 and 4 are using this input for local Acknowledge - this function will be deleted."}));
-    for (int g : {0, 1, 3})
-        EXPECT_EQ(space.image.group[g].ackIn, 0);
-    EXPECT_EQ(space.image.group[2].ackIn, 2);
+                  "The totalizer using input port 5 will no longer be reset by this digital input"}));
     EXPECT_EQ(space.image.alm[7].type, kPointUnused);
     EXPECT_EQ(space.image.alm[7].inactive, 1);
     EXPECT_EQ(space.image.alm[8].type, kPointOnOffOutput) << "output 1's point stays";
@@ -171,22 +171,39 @@ TEST_F(HardwareEditorTest, DigitalInputChangedToAnotherTypeGivesUpItsDuties)
     EXPECT_EQ(inputs.DrawLine(2)[0].find("Reset by"), std::string::npos);
 }
 
-TEST_F(HardwareEditorTest, OneAcknowledgingGroupIsNamedAlone)
+// The groups lose their acknowledge input at once, so the image has changed
+// even when the window's own edits are then discarded.
+TEST_F(HardwareEditorTest, AcknowledgingGroupsAreNamedAndReleasedAtOnce)
 {
-    space.image.group[5].ackIn = 4;
-    prompter.expect(kInputQuestion, Answer::Yes);
-    HardwareEditor& inputs = open(HardwareEditor::Mode::Inputs);
-    inputs.selected = 3;
-    inputs.EditLine([&](PortEditor& dialog) {
-        if (dialog.kind() == DialogKind::Digital) {
-            dialog.ChangeInput(4, prompter);
-        } else {
-            EXPECT_EQ(dialog.kind(), DialogKind::Analog);
-        }
-    });
-    EXPECT_EQ(prompter.texts().back(),
-              "Group 6 is using this input for local Acknowledge - this function will be deleted.");
-    EXPECT_EQ(inputs.copy().port[3].typeFlags, 0x10);
+    const std::pair<std::vector<int>, const char*> cases[] = {
+        {{5}, "Group 6 is using this input for local Acknowledge - this function will be deleted."},
+        {{0, 2}, "Groups 1 and 3 are using this input for local Acknowledge - this function will be deleted."},
+        {{0, 1, 3}, "Groups 1, 2 and 4 are using this input for local Acknowledge - this function will be deleted."},
+    };
+    for (const auto& [groups, warning] : cases) {
+        DefaultValues(space.image);
+        space.DatabaseChanged = false;
+        for (int g : groups)
+            space.image.group[g].ackIn = 4;
+        space.image.group[4].ackIn = 3; // another input's group stays
+        prompter.clear();
+        prompter.expect(kInputQuestion, Answer::Yes);
+        HardwareEditor& inputs = open(HardwareEditor::Mode::Inputs);
+        inputs.selected = 3;
+        inputs.EditLine([&](PortEditor& dialog) {
+            if (dialog.kind() == DialogKind::Digital)
+                dialog.ChangeInput(4, prompter);
+        });
+        EXPECT_EQ(prompter.texts().back(), warning);
+        EXPECT_EQ(inputs.copy().port[3].typeFlags, 0x10);
+        prompter.expect("All changes made to the hardware inputs will be lost.", Answer::No);
+        EXPECT_TRUE(inputs.CanClose(prompter, Leaving::Other));
+        EXPECT_EQ(port(3).typeFlags, 0x00) << "the type change itself was discarded";
+        for (int g : groups)
+            EXPECT_EQ(space.image.group[g].ackIn, 0);
+        EXPECT_EQ(space.image.group[4].ackIn, 3);
+        EXPECT_TRUE(space.DatabaseChanged) << warning;
+    }
 }
 
 TEST_F(HardwareEditorTest, TypeChangeAnsweredNoChangesNothing)

@@ -9,69 +9,52 @@ namespace {
 
 using test::ScriptedPrompter;
 
-TEST(TimeField, ShowsStoredCountsAsTheUnitToolDoes)
+TEST(TimeField, ShowsSecondsAsTheSecondsTextAndMinutesAsAWholeNumberNeverZero)
 {
-    // Zero shows the 50 ms minimum; single precision truncation loses a
-    // thousandth on some counts (7 and 65534), and that is what is shown.
-    const std::pair<std::uint16_t, const char*> cases[] = {
-        {0, "0.050"},    {1, "0.025"},     {3, "0.075"},        {7, "0.174"},        {40, "1.000"},
-        {500, "12.500"}, {2400, "60.000"}, {65520, "1638.000"}, {65534, "1638.349"}, {65535, "1638.375"}};
-    for (const auto& [count, text] : cases)
-        EXPECT_EQ(timeFieldText(count, false), text) << count;
+    EXPECT_EQ(timeFieldText(7, false), "0.174");
     EXPECT_EQ(timeFieldText(0, true), "1");
     EXPECT_EQ(timeFieldText(90, true), "90");
 }
 
-TEST(TimeField, SecondsOnOkAreTruncatedTo25msStepsWithinLimits)
+TEST(TimeField, OkStoresTheCountOrRefusesWithTheFieldsOwnText)
 {
-    ScriptedPrompter prompter;
-    TimeField field{TimeKind::Debounce, "1638", false};
-    EXPECT_EQ(field.validate(prompter), 65520);
-    field.text = "0.025";
-    EXPECT_EQ(field.validate(prompter), 1);
-    field.text = "0.049";
-    EXPECT_EQ(field.validate(prompter), 1);
-    field.text = "  12.5";
-    EXPECT_EQ(field.validate(prompter), 500);
-    EXPECT_TRUE(prompter.messages().empty());
-
-    field.text = "1638.01";
-    EXPECT_FALSE(field.validate(prompter));
-    field.text = "0.024";
-    EXPECT_FALSE(field.validate(prompter));
-    field.text = "abc";
-    EXPECT_FALSE(field.validate(prompter));
-    ASSERT_EQ(prompter.messages().size(), 3u);
-    EXPECT_EQ(prompter.messages()[0].text, "The debounce interval cannot be more than 1638 sec.");
-    EXPECT_EQ(prompter.messages()[0].title, "Error");
-    EXPECT_EQ(prompter.messages()[0].icon, Icon::Error);
-    EXPECT_EQ(prompter.messages()[1].text, "The debounce interval cannot be less than .025 sec.");
-    EXPECT_EQ(prompter.messages()[2].text, "The debounce interval cannot be less than .025 sec.");
-}
-
-TEST(TimeField, MinutesOnOkWarnAtOneAndRefuseOutsideTheRange)
-{
-    ScriptedPrompter prompter;
-    TimeField field{TimeKind::Watchdog, "1", true};
-    EXPECT_EQ(field.validate(prompter), 1);
-    ASSERT_EQ(prompter.messages().size(), 1u);
-    EXPECT_EQ(prompter.messages()[0].text,
-              "Setting the watchdog interval to 1 minute with 1 minute resolution will result in a time between zero "
-              "and 1 minute.  Use the Seconds setting for short times.");
-    EXPECT_EQ(prompter.messages()[0].icon, Icon::Warning);
-
-    field.text = "65535";
-    EXPECT_EQ(field.validate(prompter), 65535);
-    field.text = "2.9";
-    EXPECT_EQ(field.validate(prompter), 2);
-
-    prompter.clear();
-    TimeField timer{TimeKind::Timer, "65536", true};
-    EXPECT_FALSE(timer.validate(prompter));
-    timer.text = "0.5";
-    EXPECT_FALSE(timer.validate(prompter));
-    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{"The timer interval cannot be greater than 65535 min.",
-                                                          "The timer interval cannot be less than 1 min."}));
+    struct Case {
+        TimeKind kind;
+        bool minutes;
+        const char* text;
+        int count; // -1: refused
+        const char* message;
+    };
+    const char* const kOneMinute =
+        "Setting the watchdog interval to 1 minute with 1 minute resolution will result in a "
+        "time between zero and 1 minute.  Use the Seconds setting for short times.";
+    const Case cases[] = {
+        {TimeKind::Debounce, false, "1638", 65520, nullptr},
+        {TimeKind::Debounce, false, "0.025", 1, nullptr},
+        {TimeKind::Debounce, false, "0.049", 1, nullptr}, // truncated to a 25 ms step
+        {TimeKind::Debounce, false, "  12.5", 500, nullptr},
+        {TimeKind::Debounce, false, "1638.01", -1, "The debounce interval cannot be more than 1638 sec."},
+        {TimeKind::Debounce, false, "0.024", -1, "The debounce interval cannot be less than .025 sec."},
+        {TimeKind::Debounce, false, "abc", -1, "The debounce interval cannot be less than .025 sec."},
+        {TimeKind::Debounce, true, "0", -1, "The debounce interval cannot be less than 1 min."},
+        {TimeKind::Watchdog, true, "1", 1, kOneMinute}, // allowed, with a warning
+        {TimeKind::Watchdog, true, "65535", 65535, nullptr},
+        {TimeKind::Watchdog, true, "2.9", 2, nullptr},
+        {TimeKind::Timer, true, "65536", -1, "The timer interval cannot be greater than 65535 min."},
+        {TimeKind::Timer, true, "0.5", -1, "The timer interval cannot be less than 1 min."},
+    };
+    for (const Case& c : cases) {
+        ScriptedPrompter prompter;
+        const auto count = TimeField{c.kind, c.text, c.minutes}.validate(prompter);
+        EXPECT_EQ(count ? int{*count} : -1, c.count) << c.text;
+        if (!c.message) {
+            EXPECT_TRUE(prompter.messages().empty()) << c.text;
+            continue;
+        }
+        ASSERT_EQ(prompter.messages().size(), 1u) << c.text;
+        EXPECT_EQ(prompter.messages()[0].text, c.message);
+        EXPECT_EQ(prompter.messages()[0].icon, c.count < 0 ? Icon::Error : Icon::Warning) << c.text;
+    }
 }
 
 TEST(TimeField, SwitchingToSecondsClampsAndCompletesTheText)
