@@ -5,15 +5,24 @@
 namespace rk4 {
 namespace {
 
-TEST(Adpcm, SampleEqualToPredictorGivesCodeZeroAndLowersTheIndexButNotBelowZero)
+TEST(Adpcm, EncodeSetsEachBitAtExactlyItsShareOfTheStep)
 {
-    AdpcmCodec codec{100, 1};
-    EXPECT_EQ(codec.ADPCMencode(100), 0);
-    EXPECT_EQ(codec.predictor, 102); // code 0 still adds 17 / 8
-    EXPECT_EQ(codec.stepIndex, 0);
-    codec.predictor = 0;
-    EXPECT_EQ(codec.ADPCMencode(0), 0);
-    EXPECT_EQ(codec.stepIndex, 0);
+    struct Case {
+        int predictor, index, sample, code, nextPredictor, nextIndex;
+    };
+    // Step 16 at index 0 (step / 4 = 4, step / 2 = 8) and 17 at index 1; code 0
+    // still adds step / 8, and the index never goes below 0.
+    const Case cases[] = {
+        {0, 0, 0, 0, 2, 0},   {0, 0, 3, 0, 2, 0},   {0, 0, 4, 1, 6, 0},
+        {0, 0, 8, 2, 10, 0},  {0, 0, 16, 4, 18, 2}, {0, 0, 28, 7, 30, 8},
+        {0, 0, -4, 9, -6, 0}, {0, 1, 12, 3, 14, 0}, {100, 1, 100, 0, 102, 0},
+    };
+    for (const Case& c : cases) {
+        AdpcmCodec codec{static_cast<std::int16_t>(c.predictor), static_cast<std::int16_t>(c.index)};
+        EXPECT_EQ(codec.ADPCMencode(static_cast<std::int16_t>(c.sample)), c.code) << c.sample << " at " << c.index;
+        EXPECT_EQ(codec.predictor, c.nextPredictor) << c.sample << " at " << c.index;
+        EXPECT_EQ(codec.stepIndex, c.nextIndex) << c.sample << " at " << c.index;
+    }
 }
 
 TEST(Adpcm, DecodeTruncatesEachPartOfTheStepAndMovesTheIndexByTheMagnitudeBits)

@@ -28,6 +28,12 @@ bool allEqual(const std::vector<std::uint8_t>& bytes, std::size_t begin, std::si
                        [value](std::uint8_t byte) { return byte == value; });
 }
 
+TEST(WaveConversion, AShortPhraseGivesTheCodesWorkedByHand)
+{
+    const test::KnownPhrase phrase = test::knownPhrase();
+    EXPECT_EQ(convertWave(phrase.wave).vox, phrase.vox);
+}
+
 TEST(WaveConversion, ThousandEightBitSamplesAt8000HzFillExactlyOneBlock)
 {
     std::vector<std::uint8_t> data(1000);
