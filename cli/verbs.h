@@ -33,6 +33,8 @@ int runCommandLine(const Arguments& args, Context& context);
 int runInfo(const Arguments& args, Context& context);
 int runNew(const Arguments& args, Context& context);
 int runDirs(const Arguments& args, Context& context);
+int runWarnings(const Arguments& args, Context& context);
+int runSummary(const Arguments& args, Context& context);
 int runPorts(const Arguments& args, Context& context);
 int runWav2vox(const Arguments& args, Context& context);
 int runVox2wav(const Arguments& args, Context& context);

@@ -374,10 +374,15 @@ void pointDetails(const Database& db, const PointRecord& point, std::vector<std:
     detail("DTMF Tag:", orEmpty(dtmfCodeText(point.onCode)));
 }
 
-std::vector<std::string> pointLines(const Database& db)
+std::string pointHeads()
 {
-    std::vector<std::string> out;
-    out.push_back("Point  " + padRight("Type", 12) + padRight("Port", 7) + padRight("Name", 18) + "Group");
+    return "Point  " + padRight("Type", 12) + padRight("Port", 7) + padRight("Name", 18) + "Group";
+}
+
+// One block a point: its row and, for a used point, its details.
+std::vector<Block> pointBlocks(const Database& db)
+{
+    std::vector<Block> blocks;
     for (int n = 1; n <= kPointCount; ++n) {
         const PointRecord& point = db.alm[n - 1];
         std::string row = PadValue(std::to_string(n), 5) + "  " + padRight(pointTypeWord(point.type), 12);
@@ -387,32 +392,35 @@ std::vector<std::string> pointLines(const Database& db)
             if (point.inactive)
                 row = padRight(row, 60) + "(disabled)";
         }
-        row.erase(row.find_last_not_of(' ') + 1);
-        out.push_back(row);
+        Block block{row};
         if (point.type != kPointUnused)
-            pointDetails(db, point, out);
+            pointDetails(db, point, block);
+        blocks.push_back(std::move(block));
     }
-    return out;
+    return blocks;
 }
 
-std::vector<std::string> directoryLines(const Database& db)
+// A directory's head travels with its first line; a blank line parts directories.
+std::vector<Block> directoryBlocks(const Database& db)
 {
-    std::vector<std::string> out;
+    std::vector<Block> blocks;
     const int count = db.gen.basicMode ? 2 : kDirectoryCount;
     for (int d = 0; d < count; ++d) {
+        Block head;
         if (d > 0)
-            out.emplace_back();
-        out.push_back(std::string("Directory ") + letter(d));
+            head.emplace_back();
+        head.push_back(std::string("Directory ") + letter(d));
         const DirLines lines = DecodeDirectory(db.dir[d]);
         int last = kDirectoryLines;
         while (last > 0 && lines[last - 1].empty())
             --last;
-        if (last == 0)
-            out.push_back("    (Empty)");
-        for (int i = 0; i < last; ++i)
-            out.push_back(PadValue(std::to_string(i + 1), 4) + " " + dirLineText(lines[i]));
+        auto lineText = [&](int i) { return PadValue(std::to_string(i + 1), 4) + " " + dirLineText(lines[i]); };
+        head.push_back(last == 0 ? "    (Empty)" : lineText(0));
+        blocks.push_back(std::move(head));
+        for (int i = 1; i < last; ++i)
+            blocks.push_back({lineText(i)});
     }
-    return out;
+    return blocks;
 }
 
 std::vector<std::string> alarmLines(const Database& db)
@@ -495,38 +503,62 @@ std::string categoryTitle(Category category, int page)
     return {};
 }
 
-std::vector<std::string> categoryLines(const Database& db, Category category)
+std::vector<Block> categoryBlocks(const Database& db, Category category)
 {
     switch (category) {
-    case Category::Hardware: return hardwareLines(db);
-    case Category::Groups: {
-        std::vector<std::string> lines = groupLines(db, 1, 3);
-        const std::vector<std::string> second = groupLines(db, 4, 6);
-        lines.insert(lines.end(), second.begin(), second.end());
-        return lines;
+    case Category::Points: return pointBlocks(db);
+    case Category::Dirs: return directoryBlocks(db);
+    case Category::Warnings: {
+        std::vector<Block> blocks;
+        for (const std::string& warning : ConfigurationWarnings(db))
+            blocks.push_back(warningLines({warning}));
+        return blocks;
     }
-    case Category::General: return generalLines(db);
-    case Category::Points: return pointLines(db);
-    case Category::Dirs: return directoryLines(db);
-    case Category::Warnings: return warningLines(ConfigurationWarnings(db));
-    case Category::Alarms: return alarmLines(db);
-    case Category::Simout: return simoutLines(db);
-    case Category::Simgen: return simgenLines(db);
+    case Category::Hardware: return {hardwareLines(db)};
+    case Category::Groups: return {groupLines(db, 1, 3), groupLines(db, 4, 6)};
+    case Category::General: return {generalLines(db)};
+    case Category::Alarms: return {alarmLines(db)};
+    case Category::Simout: return {simoutLines(db)};
+    case Category::Simgen: return {simgenLines(db)};
     case Category::All: break;
     }
     return {};
 }
 
-bool PageLayout::TestLine(const std::string& text)
+std::vector<std::string> categoryLines(const Database& db, Category category)
 {
-    const int page = lineCount / kLinesPerPage;
-    if (lineCount % kLinesPerPage == 0)
-        starts.push_back(lineCount);
-    ++lineCount;
-    if (page != wanted)
-        return false;
-    kept.push_back(text);
-    return true;
+    std::vector<std::string> lines;
+    for (const Block& block : categoryBlocks(db, category))
+        lines.insert(lines.end(), block.begin(), block.end());
+    return lines;
+}
+
+bool PageLayout::TestItem(const Block& item)
+{
+    const int room = kLinesPerPage - linesOnPage;
+    if (linesOnPage > 0 && static_cast<int>(item.size()) > room && static_cast<int>(item.size()) <= kLinesPerPage) {
+        ++page;
+        linesOnPage = 0;
+    }
+    if (linesOnPage == 0)
+        starts.push_back(itemCount);
+    ++itemCount;
+    bool drawnHere = false;
+    for (const std::string& line : item) {
+        if (linesOnPage == kLinesPerPage) { // only an item longer than a page gets here
+            ++page;
+            linesOnPage = 0;
+            starts.push_back(itemCount - 1);
+        }
+        if (linesOnPage == 0 && line.empty())
+            continue; // no page begins with a blank line
+        ++linesOnPage;
+        if (page == wanted) {
+            kept.push_back(line);
+            drawnHere = true;
+        }
+    }
+    return drawnHere;
 }
 
 namespace {
@@ -534,6 +566,20 @@ namespace {
 bool paged(Category category)
 {
     return category == Category::Points || category == Category::Dirs || category == Category::Warnings;
+}
+
+// Lines every page of the category repeats under its title.
+std::vector<std::string> pageHeads(Category category)
+{
+    if (category == Category::Points)
+        return {pointHeads()};
+    return {};
+}
+
+std::string withoutTrailingBlanks(std::string text)
+{
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
 }
 
 } // namespace
@@ -545,8 +591,8 @@ int Printout::lastPageOf(Category category) const
     if (!paged(category))
         return 0;
     PageLayout layout(-1);
-    for (const std::string& line : categoryLines(db, category))
-        layout.TestLine(line);
+    for (const Block& block : categoryBlocks(db, category))
+        layout.TestItem(block);
     return layout.lastPage();
 }
 
@@ -554,23 +600,24 @@ SummaryPage Printout::drawPage(Category category, int page) const
 {
     SummaryPage result;
     result.lines = {bannerLine(), categoryTitle(category, page), ""};
+    const std::vector<std::string> heads = pageHeads(category);
+    result.lines.insert(result.lines.end(), heads.begin(), heads.end());
+    const std::vector<Block> blocks = categoryBlocks(db, category);
     if (category == Category::Groups) {
-        const std::vector<std::string> body = page == 0 ? groupLines(db, 1, 3) : groupLines(db, 4, 6);
-        result.lines.insert(result.lines.end(), body.begin(), body.end());
-        return result;
+        const Block& groups = blocks.at(page == 0 ? 0 : 1);
+        result.lines.insert(result.lines.end(), groups.begin(), groups.end());
+    } else if (!paged(category)) {
+        result.lines.insert(result.lines.end(), blocks.front().begin(), blocks.front().end());
+    } else {
+        PageLayout layout(page);
+        for (const Block& block : blocks)
+            layout.TestItem(block);
+        result.lines.insert(result.lines.end(), layout.drawn().begin(), layout.drawn().end());
     }
-    const std::vector<std::string> body = categoryLines(db, category);
-    if (!paged(category)) {
-        result.lines.insert(result.lines.end(), body.begin(), body.end());
-        return result;
-    }
-    PageLayout layout(page);
-    for (const std::string& line : body)
-        layout.TestLine(line);
-    result.lines.insert(result.lines.end(), layout.drawn().begin(), layout.drawn().end());
+    for (std::string& line : result.lines)
+        line = withoutTrailingBlanks(std::move(line));
     return result;
 }
-
 std::vector<Category> Printout::sequence() const
 {
     if (db.gen.basicMode)

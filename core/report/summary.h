@@ -40,21 +40,30 @@ struct SummaryPage {
     std::vector<std::string> lines; // banner, title, a blank, then the body
 };
 
-// Counts the lines of one category and keeps those of one page, the way the
-// long categories are drawn: every line is counted, only the page's are kept,
-// and the first line of each page is remembered.
+// The body of a category as items: a point with its details, a directory
+// line, a warning with its second line. Pages break between items, so an item
+// is never split unless it is longer than a page.
+using Block = std::vector<std::string>;
+std::vector<Block> categoryBlocks(const Database& db, Category category);
+
+// Lays out the items of one category and keeps the lines of one page: every
+// item is counted, only the wanted page's lines are kept, and the first item
+// of each page is remembered.
 class PageLayout {
   public:
     explicit PageLayout(int page) : wanted(page) {}
-    // Counts one line; true when it lands on the wanted page.
-    bool TestLine(const std::string& text);
+    // Places one item; true when some of it lands on the wanted page.
+    bool TestItem(const Block& item);
+    bool TestLine(const std::string& text) { return TestItem({text}); }
     const std::vector<std::string>& drawn() const { return kept; }
-    int lastPage() const { return lineCount == 0 ? 0 : (lineCount - 1) / kLinesPerPage; }
+    int lastPage() const { return page; }
     const std::vector<int>& pageStartLine() const { return starts; }
 
   private:
     int wanted;
-    int lineCount = 0;
+    int page = 0;
+    int linesOnPage = 0;
+    int itemCount = 0;
     std::vector<int> starts;
     std::vector<std::string> kept;
 };

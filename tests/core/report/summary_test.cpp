@@ -1,4 +1,5 @@
 #include "core/report/summary.h"
+#include "tests/support/rich_image.h"
 
 #include "core/database/defaults.h"
 #include "core/database/directory_codec.h"
@@ -6,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
 #include <vector>
 
@@ -206,4 +208,24 @@ TEST(Summary, BasicAlarmAndOutputPages)
     EXPECT_EQ(outputs[3], "Output 4  -- empty name -- is a Timed type, ON code: empty, Interval: 60.000 seconds.");
     EXPECT_EQ(outputs[4], "Output 5  -- empty name -- Ring - Hardware control");
     EXPECT_EQ(outputs[7], "Output 8  -- empty name -- Acknowledge - Hardware control");
+}
+
+TEST(Summary, PagesBreakBetweenPointsAndRepeatTheColumnHeads)
+{
+    const Database db = test::richImage();
+    Printout printout(db);
+    const int last = printout.lastPageOf(Category::Points);
+    ASSERT_GE(last, 1);
+    int rows = 0;
+    for (int page = 0; page <= last; ++page) {
+        const Lines lines = body(printout.drawPage(Category::Points, page));
+        ASSERT_GE(lines.size(), 2u);
+        EXPECT_LE(lines.size(), 51u); // the heads and at most 50 lines
+        EXPECT_EQ(lines[0], "Point  Type        Port   Name              Group");
+        // Every page opens on a point's row, never on the details of the one before.
+        EXPECT_NE(lines[1].substr(0, 5), "     ") << "page " << page + 1;
+        for (const std::string& line : lines)
+            rows += line.size() > 7 && std::isdigit(static_cast<unsigned char>(line[4])) && line[5] == ' ';
+    }
+    EXPECT_EQ(rows, kPointCount);
 }
