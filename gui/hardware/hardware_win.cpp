@@ -2,33 +2,16 @@
 
 #include "gui/hardware/port_dialog.h"
 
-#include <QFontDatabase>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
-#include <QScreen>
 #include <QStyle>
 #include <QVBoxLayout>
 
 namespace rk4::gui {
-
-namespace {
-
-// Two sizes of the fixed-pitch font: a small screen gets the smaller one.
-QFont listFont()
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const bool small = screen && screen->geometry().width() <= 800;
-    font.setPointSize(small ? 8 : 10);
-    return font;
-}
-
-} // namespace
 
 HardwareWin::HardwareWin(Workspace& space, Prompter& prompter, HardwareEditor::Mode mode, QWidget* parent)
     : EditorWindow(prompter, parent), hardware(space, mode)

@@ -3,8 +3,11 @@
 #include "gui/shell/main_window.h"
 
 #include <QCloseEvent>
+#include <QFontDatabase>
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 
 namespace rk4::gui {
 
@@ -36,6 +39,15 @@ void EditorWindow::closeEvent(QCloseEvent* event)
     }
     event->accept();
     emit closed();
+}
+
+QFont listFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const bool small = screen && screen->geometry().width() <= 800;
+    font.setPointSize(small ? 8 : 10);
+    return font;
 }
 
 QMdiSubWindow* openEditorWindow(Main& main, EditorWindow* window)

@@ -7,6 +7,7 @@
 #include "core/common/prompter.h"
 #include "core/shell/editor.h"
 
+#include <QFont>
 #include <QWidget>
 
 class QMdiSubWindow;
@@ -40,6 +41,10 @@ class EditorWindow : public QWidget {
 
     Leaving leaving = Leaving::Other;
 };
+
+// The fixed-pitch font of the list windows, whose columns are part of what
+// they show; a small screen gets a smaller size.
+QFont listFont();
 
 // Shows `window` in the main window's MDI area and keeps the main window's
 // commands in step with the navigation flags while it is open and after.

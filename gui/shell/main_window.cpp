@@ -3,6 +3,7 @@
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
 
+#include "gui/directory/dir_win.h"
 #include "gui/hardware/hardware_win.h"
 #include "gui/shell/editor_window.h"
 
@@ -150,7 +151,36 @@ void Main::addEditorCommands()
     outputs->setStatusTip("Edit the eight hardware outputs");
     outputs->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
     navigationBar->addAction(outputs);
+    addDirectoryCommands();
 }
+
+void Main::addDirectoryCommands()
+{
+    static constexpr void (Main::*kOpen[kDirectoryCount])() = {&Main::CmDirA, &Main::CmDirB, &Main::CmDirC,
+                                                               &Main::CmDirD, &Main::CmDirE, &Main::CmDirF};
+    auto advanced = [this] { return !space.basicMode(); };
+    configureMenu->addSeparator();
+    navigationBar->addSeparator();
+    for (int d = 0; d < kDirectoryCount; ++d) {
+        const QChar letter('A' + d);
+        QAction* action = addCommand(
+            configureMenu, QString("Directory &%1").arg(letter), QString("actionDir%1").arg(letter), kOpen[d],
+            [this, d] { return space.navigation.dirOn(d); }, advanced);
+        action->setIconText(QString("Dir %1").arg(letter));
+        action->setIcon(style()->standardIcon(QStyle::SP_FileDialogContentsView));
+        action->setStatusTip(QString("Edit the call-out lines of Directory %1").arg(letter));
+        navigationBar->addAction(action);
+    }
+}
+
+void Main::openDirectory(int directory) { openEditorWindow(*this, new DirWin(space, *activePrompter, directory)); }
+
+void Main::CmDirA() { openDirectory(0); }
+void Main::CmDirB() { openDirectory(1); }
+void Main::CmDirC() { openDirectory(2); }
+void Main::CmDirD() { openDirectory(3); }
+void Main::CmDirE() { openDirectory(4); }
+void Main::CmDirF() { openDirectory(5); }
 
 void Main::CmInputs()
 {

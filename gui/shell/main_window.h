@@ -47,6 +47,12 @@ class Main : public QMainWindow {
     void CmRunWizard();
     void CmHelpAbout();
     void CmHelpContents();
+    void CmDirA();
+    void CmDirB();
+    void CmDirC();
+    void CmDirD();
+    void CmDirE();
+    void CmDirF();
     void CmInputs();
     void CmOutputs();
     void CmProgram();
@@ -65,6 +71,8 @@ class Main : public QMainWindow {
     void buildMenus();
     void addEditorCommands();
     void addToolCommands();
+    void addDirectoryCommands();
+    void openDirectory(int directory);
     void ChangeMode();
     void startupIdle();
     QAction* addCommand(QMenu* menu, const QString& text, const QString& objectName, void (Main::*slot)(),

@@ -1,5 +1,6 @@
 #include "gui/hardware/hardware_win.h"
 #include "gui/shell/main_window.h"
+#include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
 
@@ -13,33 +14,16 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
 
+using test::child;
+using test::whenDialogOpens;
+
 const char kLostInputs[] = "All changes made to the hardware inputs will be lost.";
-
-// Plays a modal dialog once it is up, from inside its exec().
-void whenDialogOpens(std::function<void(QDialog*)> play)
-{
-    QTimer::singleShot(0, [play] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr) << "no modal dialog";
-        play(dialog);
-    });
-}
-
-template <typename T>
-T* child(QObject* parent, const char* name)
-{
-    T* found = parent->findChild<T*>(name);
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-}
 
 class HardwareWinTest : public ::testing::Test {
   protected:
