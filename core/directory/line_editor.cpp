@@ -130,21 +130,17 @@ bool LineEditor::CheckWait(Prompter& prompter) const
     return true;
 }
 
-bool LineEditor::refuseAfterAutoAck(Prompter& prompter) const
-{
-    if (first() != kCmdAutoAck)
-        return false;
-    refuse(prompter, "Entries after AUTO ACK are not allowed.");
-    return true;
-}
-
-bool LineEditor::refuseFirst(const char* text, Prompter& prompter) const
+bool LineEditor::insertAfterFirst(DirCommand command, const char* firstRefusal, Prompter& prompter)
 {
     if (position() == 0) {
-        refuse(prompter, text);
-        return true;
+        refuse(prompter, firstRefusal);
+        return false;
     }
-    return refuseAfterAutoAck(prompter);
+    if (first() == kCmdAutoAck) {
+        refuse(prompter, "Entries after AUTO ACK are not allowed.");
+        return false;
+    }
+    return InsertCommand(command, prompter);
 }
 
 bool LineEditor::DirDial(Prompter& prompter)
@@ -173,30 +169,22 @@ bool LineEditor::DirWait(Prompter& prompter)
 
 bool LineEditor::DirDTMF(Prompter& prompter)
 {
-    if (refuseFirst("DTMF cannot be the first command - possibly dial first?", prompter))
-        return false;
-    return InsertCommand(DirCommand::Dtmf, prompter);
+    return insertAfterFirst(DirCommand::Dtmf, "DTMF cannot be the first command - possibly dial first?", prompter);
 }
 
 bool LineEditor::DirAlert(Prompter& prompter)
 {
-    if (refuseFirst("Alert cannot be the first command - possibly dial first?", prompter))
-        return false;
-    return InsertCommand(DirCommand::Alert, prompter);
+    return insertAfterFirst(DirCommand::Alert, "Alert cannot be the first command - possibly dial first?", prompter);
 }
 
 bool LineEditor::DirVoice(Prompter& prompter)
 {
-    if (refuseFirst("Voice cannot be the first command - possibly dial first?", prompter))
-        return false;
-    return InsertCommand(DirCommand::Voice, prompter);
+    return insertAfterFirst(DirCommand::Voice, "Voice cannot be the first command - possibly dial first?", prompter);
 }
 
 bool LineEditor::DirSignal(Prompter& prompter)
 {
-    if (refuseFirst("Signal cannot be the first command - possibly dial first?", prompter))
-        return false;
-    return InsertCommand(DirCommand::Signal, prompter);
+    return insertAfterFirst(DirCommand::Signal, "Signal cannot be the first command - possibly dial first?", prompter);
 }
 
 bool LineEditor::DirAutoAck(Prompter& prompter)

@@ -104,8 +104,8 @@ class LineEditor {
     std::uint8_t first() const { return entries[0].command; }
     bool CheckAuto(Prompter& prompter) const;
     bool CheckWait(Prompter& prompter) const;
-    bool refuseAfterAutoAck(Prompter& prompter) const;
-    bool refuseFirst(const char* text, Prompter& prompter) const;
+    // DTMF, ALERT, VOICE and SIGNAL: never first, never after AUTO ACK.
+    bool insertAfterFirst(DirCommand command, const char* firstRefusal, Prompter& prompter);
     LineCheck checkDial(Prompter& prompter);
     LineCheck checkDtmf(Prompter& prompter, int slot);
     LineCheck checkWait(Prompter& prompter, int slot);
