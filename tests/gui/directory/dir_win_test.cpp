@@ -97,9 +97,6 @@ TEST_F(DirWinTest, RefusalsKeepTheLineEditorOpenAndCancelAsksAboutTheLine)
     DirWin* window = openDirectory('C');
     ASSERT_NE(window, nullptr);
     whenDialogOpens([this, kLostLine](QDialog* dialog) {
-        click(dialog, "DirVoice");
-        EXPECT_EQ(prompter.texts(),
-                  std::vector<std::string>{"Voice cannot be the first command - possibly dial first?"});
         click(dialog, "DirDial");
         child<QLineEdit>(dialog, "parameter1")->setText("911");
         click(dialog, "select2");
