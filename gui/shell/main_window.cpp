@@ -5,6 +5,7 @@
 
 #include "gui/directory/dir_win.h"
 #include "gui/hardware/hardware_win.h"
+#include "gui/points/points_win.h"
 #include "gui/shell/editor_window.h"
 
 #include "gui/voice/wave_dialog.h"
@@ -151,6 +152,12 @@ void Main::addEditorCommands()
     outputs->setStatusTip("Edit the eight hardware outputs");
     outputs->setIcon(style()->standardIcon(QStyle::SP_ArrowLeft));
     navigationBar->addAction(outputs);
+    QAction* points = addCommand(
+        configureMenu, "&Points", "actionPoints", &Main::CmPoints,
+        [this] { return space.navigation.isOn(NavFlag::Points); }, advanced);
+    points->setStatusTip("Edit the 30 points: their ports, names, groups and codes");
+    points->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
+    navigationBar->addAction(points);
     addDirectoryCommands();
 }
 
@@ -181,6 +188,8 @@ void Main::CmDirC() { openDirectory(2); }
 void Main::CmDirD() { openDirectory(3); }
 void Main::CmDirE() { openDirectory(4); }
 void Main::CmDirF() { openDirectory(5); }
+
+void Main::CmPoints() { openEditorWindow(*this, new PointsWin(space, *activePrompter)); }
 
 void Main::CmInputs()
 {

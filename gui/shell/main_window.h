@@ -55,6 +55,7 @@ class Main : public QMainWindow {
     void CmDirF();
     void CmInputs();
     void CmOutputs();
+    void CmPoints();
     void CmProgram();
     void CmWaveEdit();
 

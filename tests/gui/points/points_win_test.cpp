@@ -1,0 +1,146 @@
+#include "gui/points/points_win.h"
+#include "gui/shell/main_window.h"
+#include "tests/support/scripted_prompter.h"
+#include "tests/support/temp_dir.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace rk4::gui {
+namespace {
+
+// Plays a modal dialog once it is up, from inside its exec().
+void whenDialogOpens(std::function<void(QDialog*)> play)
+{
+    QTimer::singleShot(0, [play] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr) << "no modal dialog";
+        play(dialog);
+    });
+}
+
+template <typename T>
+T* child(QObject* parent, const char* name)
+{
+    T* found = parent->findChild<T*>(name);
+    EXPECT_NE(found, nullptr) << name;
+    return found;
+}
+
+class PointsWinTest : public ::testing::Test {
+  protected:
+    PointsWinTest()
+    {
+        main = std::make_unique<Main>(space, &prompter);
+        main->show();
+        QApplication::processEvents(); // the start-up report
+        prompter.clear();
+    }
+
+    PointsWin* openPoints()
+    {
+        child<QAction>(main.get(), "actionPoints")->trigger();
+        return main->findChild<PointsWin*>("pointsWindow");
+    }
+    void flushDeletes() { QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    test::TempDir dir;
+    Workspace space{dir.path()};
+    test::ScriptedPrompter prompter;
+    std::unique_ptr<Main> main;
+};
+
+TEST_F(PointsWinTest, PortAssignedToAnEmptySlotAndEditedIsWrittenOnExit)
+{
+    QAction* points = child<QAction>(main.get(), "actionPoints");
+    ASSERT_TRUE(points->isEnabled());
+    PointsWin* window = openPoints();
+    ASSERT_NE(window, nullptr);
+    EXPECT_FALSE(points->isEnabled());
+    EXPECT_FALSE(child<QAction>(main.get(), "actionInputs")->isEnabled());
+
+    auto* list = child<QListWidget>(window, "pointList");
+    ASSERT_EQ(list->count(), 30);
+    list->setCurrentRow(4);
+    whenDialogOpens([](QDialog* chooser) {
+        EXPECT_EQ(chooser->objectName(), "NewPointDialog");
+        auto* ports = child<QListWidget>(chooser, "portList");
+        EXPECT_EQ(ports->count(), 17);
+        EXPECT_EQ(ports->currentRow(), 16);
+        ports->setCurrentRow(2);
+        whenDialogOpens([](QDialog* digital) {
+            EXPECT_EQ(digital->objectName(), "DigitalPointDialog");
+            EXPECT_EQ(child<QListWidget>(digital, "portList")->currentRow(), 2);
+            child<QLineEdit>(digital, "nameEdit")->setText("BACK DOOR");
+            child<QComboBox>(digital, "groupCombo")->setCurrentIndex(2);
+            child<QCheckBox>(digital, "enabledCheck")->setChecked(true);
+            child<QLineEdit>(digital, "codeEdit")->setText("12E");
+            child<QPushButton>(digital, "exitButton")->click();
+            EXPECT_TRUE(digital->isVisible()) << "a refusal keeps the dialog open";
+            EXPECT_EQ(child<QLineEdit>(digital, "codeEdit")->selectedText(), "12E");
+            child<QLineEdit>(digital, "codeEdit")->setText("12#");
+            child<QPushButton>(digital, "exitButton")->click();
+        });
+        child<QPushButton>(chooser, "okButton")->click();
+    });
+    QTest::keyClick(list, Qt::Key_Return);
+
+    EXPECT_EQ(list->item(4)->text().toStdString(),
+              " 5  BACK DOOR         DIGITAL    I/P 3  Normal: High, Group 3, Tag: 12#");
+    EXPECT_EQ(space.image.alm[4].type, kPointUnused) << "the image waits for Exit";
+
+    QTest::mouseClick(child<QPushButton>(window, "exitButton"), Qt::LeftButton);
+    flushDeletes();
+    const PointRecord& stored = space.image.alm[4];
+    EXPECT_EQ(stored.type, kPointDigital);
+    EXPECT_EQ(stored.port, 2);
+    EXPECT_EQ(stored.groupMask, 4);
+    EXPECT_EQ(stored.inactive, 0);
+    EXPECT_EQ(nameText(stored.name), "BACK DOOR       ");
+    EXPECT_TRUE(space.DatabaseChanged);
+    EXPECT_TRUE(points->isEnabled());
+    EXPECT_EQ(main->findChild<PointsWin*>("pointsWindow"), nullptr);
+    EXPECT_EQ(prompter.texts(),
+              std::vector<std::string>{"Invalid digit found in the DTMF code, use 0-9, *, #, A, B, C and D only."});
+}
+
+TEST_F(PointsWinTest, MovingAPointReopensTheEditorOfItsNewPort)
+{
+    space.image.alm[0].type = kPointDigital;
+    space.image.alm[0].inactive = 0;
+    space.image.alm[0].groupMask = 1;
+    space.image.group[1].ackOut = 2;
+    PointsWin* window = openPoints();
+    ASSERT_NE(window, nullptr);
+    prompter.expect("Changing the port will delete existing settings - Continue?", Answer::Yes);
+    whenDialogOpens([](QDialog* digital) {
+        auto* ports = child<QListWidget>(digital, "portList");
+        ports->setCurrentRow(9); // output 2: group 2's acknowledge output
+        EXPECT_EQ(ports->currentRow(), 0) << "a refused port is not taken";
+        whenDialogOpens([](QDialog* output) {
+            EXPECT_EQ(output->objectName(), "OutputPointDialog");
+            EXPECT_EQ(child<QListWidget>(output, "portList")->currentRow(), 10);
+            child<QPushButton>(output, "cancelButton")->click();
+        });
+        ports->setCurrentRow(10);
+    });
+    child<QPushButton>(window, "editButton")->click();
+
+    EXPECT_EQ(prompter.texts()[0], "This output is being used for a special function and cannot be used as a point.");
+    EXPECT_TRUE(child<QListWidget>(window, "pointList")->item(0)->text().contains("ON/OFF OUT O/P 3"));
+    EXPECT_TRUE(prompter.finished());
+}
+
+} // namespace
+} // namespace rk4::gui
