@@ -37,14 +37,12 @@ struct Exchange : ::testing::Test {
 
 } // namespace
 
-TEST_F(Exchange, SendsTheFrameAfterPurgingStaleBytes)
+TEST_F(Exchange, AReplyLeftFromAnEarlierRequestIsNotTakenForThisOne)
 {
-    fromUnit({0x16, 0x01, 0x90}); // left over from an earlier reply
+    fromUnit(unitReply(REPLY_ACK)); // came after its own request had given up
     session.start(CMD_LINK, 10000, false, clock.now());
-    EXPECT_EQ(memory.pendingToTool(), 0u);
-    const auto sent = sentToUnit();
-    ASSERT_EQ(sent.size(), 7u);
-    EXPECT_EQ(sent[2], CMD_LINK);
+    EXPECT_EQ(sentToUnit(), (std::vector<std::uint8_t>{0x16, 0x00, 0x89, 0x00, 0x00, 0x29, 0xBC}));
+    EXPECT_EQ(finish(session, clock), ExchangeStatus::Failed);
 }
 
 // Replies to a link request, as the unit's line delivers them.

@@ -95,7 +95,7 @@ TEST(ProgrammingDialog, ChoosingAPortSavesItAndAMissingDeviceIsExplained)
     EXPECT_FALSE(dialog.session().running());
     ASSERT_FALSE(prompter.messages().empty());
     EXPECT_EQ(prompter.messages().back().text, "Error opening COM port");
-    EXPECT_FALSE(prompter.messages().back().detail.empty());
+    EXPECT_EQ(prompter.messages().back().detail.find("There is no device " + (dir / "no-such-tty").string()), 0u);
     qunsetenv("RK4_COM3");
 }
 

@@ -63,7 +63,6 @@ TEST(WaveDialog, ConvertsAChosenWaveAndShowsBothWaveforms)
     auto* phraseView = child<WaveformView>(dialog, "phraseView");
     EXPECT_EQ(phraseView->waveform().sampleRate, 8000u);
     EXPECT_NEAR(phraseView->waveform().seconds(), 0.5, 0.01);
-    EXPECT_FALSE(phraseView->grab().isNull());
 }
 
 TEST(WaveDialog, TheShellOpensItFromTheToolsMenu)
