@@ -57,54 +57,37 @@ TEST(TimeField, OkStoresTheCountOrRefusesWithTheFieldsOwnText)
     }
 }
 
-TEST(TimeField, SwitchingToSecondsClampsAndCompletesTheText)
+TEST(TimeField, SwitchingScalesClampsAndCompletesTheText)
 {
-    ScriptedPrompter prompter;
-    TimeField field{TimeKind::Debounce, "2000", true};
-    field.toSeconds(prompter);
-    EXPECT_EQ(field.text, "1638.000");
-    EXPECT_FALSE(field.minutes);
-    EXPECT_EQ(field.stepLabel(), "25 msec steps");
-    EXPECT_EQ(prompter.texts(), std::vector<std::string>{
-                                    "Debounce timer is out of range, it has been set to maximum for seconds: 1638."});
-
-    prompter.clear();
-    field.text = "5";
-    field.toSeconds(prompter);
-    EXPECT_EQ(field.text, "5.000");
-    field.text = "2.5";
-    field.toSeconds(prompter);
-    EXPECT_EQ(field.text, "2.5");
-    EXPECT_TRUE(prompter.messages().empty());
-
-    TimeField timer{TimeKind::Timer, "0.01", true};
-    timer.toSeconds(prompter);
-    EXPECT_EQ(timer.text, "0.025");
-    EXPECT_EQ(prompter.texts(),
-              std::vector<std::string>{"Timer cannot be less than 25 msec, it has been set to 25 msec."});
-}
-
-TEST(TimeField, SwitchingToMinutesKeepsTheWholeNumberAndNeverZero)
-{
-    ScriptedPrompter prompter;
-    TimeField field{TimeKind::Debounce, "0.025", false};
-    field.toMinutes(prompter);
-    EXPECT_EQ(field.text, "2");
-    EXPECT_TRUE(field.minutes);
-    EXPECT_EQ(field.stepLabel(), "1 min steps");
-    EXPECT_EQ(prompter.texts(), std::vector<std::string>{"Debounce timer value cannot be less than 1 minute, it has "
-                                                         "been set to 2 minutes."});
-
-    prompter.clear();
-    field.text = "1.5";
-    field.toMinutes(prompter);
-    EXPECT_EQ(field.text, "1");
-    EXPECT_TRUE(prompter.messages().empty());
-
-    TimeField watchdog{TimeKind::Watchdog, "", false};
-    watchdog.toMinutes(prompter);
-    EXPECT_EQ(watchdog.text, "2");
-    EXPECT_TRUE(prompter.saw("Watchdog timer value cannot be less than 1 minute, it has been set to 2 minutes."));
+    struct Case {
+        TimeKind kind;
+        bool toMinutes;
+        const char* text;
+        const char* shown;
+        const char* message;
+    };
+    const Case cases[] = {
+        {TimeKind::Debounce, false, "2000", "1638.000",
+         "Debounce timer is out of range, it has been set to maximum for seconds: 1638."},
+        {TimeKind::Debounce, false, "5", "5.000", nullptr},
+        {TimeKind::Debounce, false, "2.5", "2.5", nullptr},
+        {TimeKind::Timer, false, "0.01", "0.025", "Timer cannot be less than 25 msec, it has been set to 25 msec."},
+        {TimeKind::Debounce, true, "0.025", "2",
+         "Debounce timer value cannot be less than 1 minute, it has been set to 2 minutes."},
+        {TimeKind::Debounce, true, "1.5", "1", nullptr},
+        {TimeKind::Watchdog, true, "", "2",
+         "Watchdog timer value cannot be less than 1 minute, it has been set to 2 minutes."},
+    };
+    for (const Case& c : cases) {
+        ScriptedPrompter prompter;
+        TimeField field{c.kind, c.text, !c.toMinutes};
+        c.toMinutes ? field.toMinutes(prompter) : field.toSeconds(prompter);
+        EXPECT_EQ(field.text, c.shown) << c.text;
+        EXPECT_EQ(field.minutes, c.toMinutes);
+        EXPECT_EQ(field.stepLabel(), c.toMinutes ? "1 min steps" : "25 msec steps");
+        EXPECT_EQ(prompter.texts(), c.message ? std::vector<std::string>{c.message} : std::vector<std::string>{})
+            << c.text;
+    }
 }
 
 } // namespace
