@@ -64,6 +64,20 @@ Parsed parseArguments(const Arguments& args, std::initializer_list<const char*> 
     return parsed;
 }
 
+int reportDifferences(const std::vector<FieldDifference>& differences, const ComparedSides& sides,
+                      const std::string& sameText, Context& context)
+{
+    if (differences.empty()) {
+        context.out << sameText << "\n";
+        return 0;
+    }
+    context.out << differences.size() << (differences.size() == 1 ? " field differs" : " fields differ") << " between "
+                << sides.first << " and " << sides.second << ":\n";
+    for (const auto& difference : differences)
+        context.out << "  " << differenceText(difference, sides.firstLabel, sides.secondLabel) << "\n";
+    return 1;
+}
+
 int usageError(Context& context, const char* verb, const std::string& problem)
 {
     context.err << "rk4 " << verb << ": " << problem << "\nTry 'rk4 " << verb << " --help'.\n";

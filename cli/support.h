@@ -4,6 +4,7 @@
 
 #include "cli/verbs.h"
 #include "core/common/prompter.h"
+#include "core/database/compare.h"
 #include "core/database/database.h"
 
 #include <optional>
@@ -38,6 +39,15 @@ struct Parsed {
     std::optional<std::string> option(const std::string& name) const;
 };
 Parsed parseArguments(const Arguments& args, std::initializer_list<const char*> optionsWithValue = {});
+
+// Prints the fields that differ between two configurations, or `sameText`
+// when none does; returns 0 when equal, 1 when different.
+struct ComparedSides {
+    std::string first, second;             // "edited.dat", "the unit"
+    std::string firstLabel, secondLabel;   // "in the file", "in the unit"
+};
+int reportDifferences(const std::vector<FieldDifference>& differences, const ComparedSides& sides,
+                      const std::string& sameText, Context& context);
 
 int usageError(Context& context, const char* verb, const std::string& problem);
 

@@ -22,16 +22,8 @@ int runVerify(const Arguments& args, Context& context)
     if (!read || !*read)
         return 2;
 
-    const auto differences = compareDatabases(*expected, workspace.image);
-    if (differences.empty()) {
-        context.out << "The unit holds " << file << "\n";
-        return 0;
-    }
-    context.out << differences.size() << (differences.size() == 1 ? " field differs" : " fields differ") << " between "
-                << file << " and the unit:\n";
-    for (const auto& difference : differences)
-        context.out << "  " << differenceText(difference, "in the file", "in the unit") << "\n";
-    return 1;
+    return reportDifferences(compareDatabases(*expected, workspace.image),
+                             {file, "the unit", "in the file", "in the unit"}, "The unit holds " + file, context);
 }
 
 } // namespace rk4::cli

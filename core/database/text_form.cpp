@@ -12,6 +12,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -953,6 +954,28 @@ ImportResult importText(std::string_view text)
     } catch (const YAML::Exception& error) {
         return {std::nullopt, {error.mark.line >= 0 ? error.mark.line + 1 : 0, {}, error.msg}};
     }
+}
+
+ImportResult readTextFormFile(const std::filesystem::path& path)
+{
+    const FileRead read = readFileBytes(path);
+    if (!read)
+        return {std::nullopt, {0, {}, "cannot read " + path.string() + ": " + read.cause()}};
+    return importText(std::string_view(reinterpret_cast<const char*>(read.bytes.data()), read.bytes.size()));
+}
+
+SaveResult writeTextFormFile(const std::filesystem::path& path, const Database& db)
+{
+    const std::string text = exportText(db);
+    return writeFileAtomically(path, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+}
+
+bool isTextFormName(const std::filesystem::path& path)
+{
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".yaml" || extension == ".yml";
 }
 
 } // namespace rk4

@@ -6,7 +6,10 @@
 // form cannot say (reserved bytes, bytes after a code's end, a directory the
 // editor could not show) is kept as hex, so no image loses a byte.
 
+#include "core/common/safe_file.h"
 #include "core/database/database.h"
+
+#include <filesystem>
 
 #include <optional>
 #include <string>
@@ -35,5 +38,13 @@ struct ImportResult {
 };
 
 ImportResult importText(std::string_view text);
+
+// The file forms: a file that cannot be read is refused with its cause as
+// the reason; writing goes through a temporary file renamed over the target.
+ImportResult readTextFormFile(const std::filesystem::path& path);
+SaveResult writeTextFormFile(const std::filesystem::path& path, const Database& db);
+
+// True for a name ending in .yaml or .yml, in any case.
+bool isTextFormName(const std::filesystem::path& path);
 
 } // namespace rk4
