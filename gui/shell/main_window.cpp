@@ -1,5 +1,6 @@
 #include "gui/shell/main_window.h"
 
+#include "core/shell/text_form_commands.h"
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
 
@@ -93,6 +94,11 @@ void Main::buildMenus()
     save->setStatusTip("Save the configuration to its file");
     QAction* saveAs = addCommand(fileMenu, "Save &As...", "actionSaveAs", &Main::CmFileSaveAs, fileOn);
     saveAs->setShortcut(QKeySequence::SaveAs);
+    fileMenu->addSeparator();
+    QAction* exportText = addCommand(fileMenu, "&Export...", "actionExportText", &Main::CmExportText, fileOn);
+    exportText->setStatusTip("Write the configuration as readable text (*.yaml) for review or version control");
+    QAction* importText = addCommand(fileMenu, "&Import...", "actionImportText", &Main::CmImportText, fileOn);
+    importText->setStatusTip("Read a configuration from its text form (*.yaml); every value is checked first");
     fileMenu->addSeparator();
     QAction* exit = fileMenu->addAction("E&xit");
     exit->setObjectName("actionExit");
@@ -287,6 +293,18 @@ void Main::CmFileSave()
 void Main::CmFileSaveAs()
 {
     space.CmFileSaveAs(*activePrompter);
+    updateCommands();
+}
+
+void Main::CmExportText()
+{
+    rk4::CmExportText(space, *activePrompter);
+    updateCommands();
+}
+
+void Main::CmImportText()
+{
+    rk4::CmImportText(space, *activePrompter);
     updateCommands();
 }
 

@@ -43,6 +43,8 @@ class Main : public QMainWindow {
     void CmFileOpen();
     void CmFileSave();
     void CmFileSaveAs();
+    void CmExportText();
+    void CmImportText();
     void CmMode();
     void CmRunWizard();
     void CmHelpAbout();

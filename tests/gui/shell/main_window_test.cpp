@@ -52,9 +52,28 @@ TEST_F(MainWindow, FileCommandsFollowTheNavigationFlags)
     window.updateCommands();
     EXPECT_FALSE(action("actionOpen")->isEnabled());
     EXPECT_FALSE(action("actionSave")->isEnabled());
+    EXPECT_FALSE(action("actionExportText")->isEnabled());
+    EXPECT_FALSE(action("actionImportText")->isEnabled());
     space.navigation.leaveEditor({NavFlag::DirA});
     window.updateCommands();
     EXPECT_TRUE(action("actionSave")->isEnabled());
+}
+
+TEST_F(MainWindow, ExportAndImportGoThroughTheTextForm)
+{
+    QApplication::processEvents();
+    prompter.clear();
+    setName(space.image.gen.name, "EXPORTED");
+    prompter.fileChoice((dir / "site.yaml").string());
+    action("actionExportText")->trigger();
+    ASSERT_TRUE(std::filesystem::exists(dir / "site.yaml"));
+
+    setName(space.image.gen.name, "CHANGED");
+    space.DatabaseChanged = true;
+    prompter.expect("Do you want to save changed data?", Answer::No).fileChoice((dir / "site.yaml").string());
+    action("actionImportText")->trigger();
+    EXPECT_EQ(nameText(space.image.gen.name), "EXPORTED        ");
+    EXPECT_TRUE(prompter.finished());
 }
 
 TEST_F(MainWindow, ModeCommandSwitchesMenusAndSaveAsRetitles)
