@@ -45,7 +45,8 @@ int runDiff(const Arguments& args, Context& context)
             return 2;
         workspace.image = *loaded;
     }
-    return reportDifferences(compareDatabases(*expected, workspace.image), {first, second, "in " + first, "in " + second},
+    return reportDifferences(compareDatabases(*expected, workspace.image),
+                             {first, second, "in " + first, "in " + second},
                              first + " and " + second + " hold the same configuration", context);
 }
 

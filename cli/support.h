@@ -43,8 +43,8 @@ Parsed parseArguments(const Arguments& args, std::initializer_list<const char*> 
 // Prints the fields that differ between two configurations, or `sameText`
 // when none does; returns 0 when equal, 1 when different.
 struct ComparedSides {
-    std::string first, second;             // "edited.dat", "the unit"
-    std::string firstLabel, secondLabel;   // "in the file", "in the unit"
+    std::string first, second;           // "edited.dat", "the unit"
+    std::string firstLabel, secondLabel; // "in the file", "in the unit"
 };
 int reportDifferences(const std::vector<FieldDifference>& differences, const ComparedSides& sides,
                       const std::string& sameText, Context& context);

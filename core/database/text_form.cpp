@@ -18,10 +18,10 @@
 #include <cstring>
 #include <functional>
 #include <map>
-#include <tuple>
 #include <set>
 #include <span>
 #include <string_view>
+#include <tuple>
 
 namespace rk4 {
 
@@ -33,7 +33,6 @@ constexpr char kStepsTag[] = "steps";     // a raw count of 25 ms steps
 constexpr char kMinutesTag[] = "minutes"; // a raw count of minutes
 constexpr char kRawTag[] = "raw";         // a stored number without a name
 
-
 constexpr std::uint8_t kInputKindBits = 0x3F;
 constexpr std::uint8_t kInputScaleBits = kDebounceMinutes | kTimerMinutes | kIntervalMinutes;
 constexpr std::uint8_t kOutputScaleBits = kDebounceMinutes | kTimerMinutes;
@@ -44,9 +43,14 @@ struct NamedCode {
 };
 
 constexpr NamedCode kPointTypes[] = {
-    {kPointUnused, "unused"},       {kPointDigital, "digital"},       {kPointWatchdog, "watchdog"},
-    {kPointAnalog, "analog"},       {kPointTotalizer, "totalizer"},   {kPointInterval, "interval"},
-    {kPointOnOffOutput, "on/off output"}, {kPointTimerOutput, "timer output"},
+    {kPointUnused, "unused"},
+    {kPointDigital, "digital"},
+    {kPointWatchdog, "watchdog"},
+    {kPointAnalog, "analog"},
+    {kPointTotalizer, "totalizer"},
+    {kPointInterval, "interval"},
+    {kPointOnOffOutput, "on/off output"},
+    {kPointTimerOutput, "timer output"},
 };
 
 constexpr NamedCode kInputTypes[] = {
@@ -79,8 +83,8 @@ bool oneOf(std::string_view name, std::initializer_list<std::string_view> names)
 
 bool isYesNoField(std::string_view name)
 {
-    return oneOf(name, {"enabled", "autoAck", "ackRequest", "latching", "inactive", "isOutput", "basicMode",
-                        "callProgress"});
+    return oneOf(name,
+                 {"enabled", "autoAck", "ackRequest", "latching", "inactive", "isOutput", "basicMode", "callProgress"});
 }
 bool isGroupMaskField(std::string_view name) { return oneOf(name, {"groupMask", "outGroupMask"}); }
 bool isSignedField(std::string_view name)
@@ -838,8 +842,7 @@ void readPort(const YAML::Node& node, const std::string& path, HardwarePort& ent
 
 // The numbered entries of a list ("groups: {1: ..., 2: ...}"), each present once.
 template <typename ReadEntry>
-void readNumbered(MapReader& top, const std::string& key, int count, ReadEntry readEntry,
-                  char first = '1')
+void readNumbered(MapReader& top, const std::string& key, int count, ReadEntry readEntry, char first = '1')
 {
     MapReader map(top.get(key), top.place(key));
     for (int i = 0; i < count; ++i) {
@@ -908,12 +911,18 @@ std::string exportText(const Database& db)
     return std::string(out.c_str()) + "\n";
 }
 
-std::string textFormErrorText(const TextFormError& error)
+std::string textFormPlace(const TextFormError& error)
 {
     std::string text = error.line > 0 ? "line " + std::to_string(error.line) : std::string();
     if (!error.key.empty())
         text += (text.empty() ? "" : ", ") + error.key;
-    return text.empty() ? error.reason : text + ": " + error.reason;
+    return text;
+}
+
+std::string textFormErrorText(const TextFormError& error)
+{
+    const std::string place = textFormPlace(error);
+    return place.empty() ? error.reason : place + ": " + error.reason;
 }
 
 ImportResult importText(std::string_view text)
@@ -945,7 +954,9 @@ ImportResult importText(std::string_view text)
         });
         readNumbered(
             top, "directories", kDirectoryCount,
-            [&](const YAML::Node& node, const std::string& path, int i) { readDirectory(node, path, db.dir[i].dirText); },
+            [&](const YAML::Node& node, const std::string& path, int i) {
+                readDirectory(node, path, db.dir[i].dirText);
+            },
             'A');
         top.finish();
         return {db, {}};

@@ -29,6 +29,8 @@ struct TextFormError {
     std::string reason;
 };
 
+// "line 12, groups.1.ackCode", or empty when the text has no place.
+std::string textFormPlace(const TextFormError& error);
 // "line 12, groups.1.ackCode: 'X' is not a DTMF digit"
 std::string textFormErrorText(const TextFormError& error);
 

@@ -42,7 +42,12 @@ bool CmImportText(Workspace& space, Prompter& prompter)
         return false;
     const ImportResult imported = readTextFormFile(resolved(space, *chosen));
     if (!imported.db) {
-        prompter.ask({"File Error", kCannotImportText, Icon::Error, Buttons::Ok, textFormErrorText(imported.error)});
+        // The place on a line of its own, so a narrow message box does not break it.
+        const std::string place = textFormPlace(imported.error);
+        const std::string where =
+            std::filesystem::path(*chosen).filename().string() + (place.empty() ? "" : ", " + place);
+        prompter.ask(
+            {"File Error", kCannotImportText, Icon::Error, Buttons::Ok, where + ":\n" + imported.error.reason});
         return false;
     }
     space.acceptReadImage(*imported.db, space.basicMode());

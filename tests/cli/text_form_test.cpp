@@ -50,8 +50,7 @@ TEST(TextFormVerbs, ExportImportAndDiffAgreeOnFilesAndTheUnit)
     std::ofstream(dir / "edited.yaml") << replaced(textOf(yaml), "ringsToAnswer: 2", "ringsToAnswer: 4");
     const CommandResult differs = runRk4({"diff", yaml, (dir / "edited.yaml").string()});
     EXPECT_EQ(differs.code, 1);
-    EXPECT_NE(differs.out.find("  general ringsToAnswer: 2 in " + yaml + ", 4 in "), std::string::npos)
-        << differs.out;
+    EXPECT_NE(differs.out.find("  general ringsToAnswer: 2 in " + yaml + ", 4 in "), std::string::npos) << differs.out;
 
     const CommandResult unit = runRk4({"diff", yaml, "--port", "sim", "--sim-database", (dir / "unit.dat").string()});
     EXPECT_EQ(unit.code, 1) << unit.err << unit.out;
@@ -70,7 +69,8 @@ TEST(TextFormVerbs, ARefusedTextNamesItsPlaceAndLeavesTheOutputAlone)
     std::ofstream(bad) << replaced(textOf(yaml), "shiftChangeCode: \"\"", "shiftChangeCode: \"12E\"");
     const CommandResult refused = runRk4({"import", bad, site});
     EXPECT_EQ(refused.code, 2);
-    EXPECT_EQ(refused.err, bad + ": line 6, general.shiftChangeCode: 'E' is not a DTMF digit (0-9, A-D, *, # and ! only)\n");
+    EXPECT_EQ(refused.err,
+              bad + ": line 6, general.shiftChangeCode: 'E' is not a DTMF digit (0-9, A-D, *, # and ! only)\n");
     EXPECT_EQ(readWholeFile(site), before);
 
     EXPECT_EQ(runRk4({"diff", site, bad}).code, 2);

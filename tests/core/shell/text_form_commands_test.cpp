@@ -53,7 +53,7 @@ TEST(TextFormCommands, ARefusedImportNamesThePlaceAndKeepsTheImage)
     EXPECT_FALSE(CmImportText(space, prompter));
     ASSERT_EQ(prompter.messages().size(), 1u);
     EXPECT_EQ(prompter.messages()[0].text, " CANNOT IMPORT FILE ");
-    EXPECT_EQ(prompter.messages()[0].detail, "line 8, general.ringsToAnswer: -1 is out of range (0 to 255)");
+    EXPECT_EQ(prompter.messages()[0].detail, "bad.yaml, line 8, general.ringsToAnswer:\n-1 is out of range (0 to 255)");
     EXPECT_EQ(space.image, before);
     EXPECT_FALSE(space.DatabaseChanged);
 }
