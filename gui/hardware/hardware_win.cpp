@@ -3,10 +3,8 @@
 #include "gui/hardware/port_dialog.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
-#include <QMenu>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -31,14 +29,11 @@ HardwareWin::HardwareWin(Workspace& space, Prompter& prompter, HardwareEditor::M
     list->setFont(font);
     list->setAlternatingRowColors(true);
     list->setSelectionMode(QAbstractItemView::SingleSelection);
-    list->setContextMenuPolicy(Qt::CustomContextMenu);
     list->setWhatsThis(outputs ? "The eight hardware outputs. Double click a line, or select it and press Enter, "
                                  "to edit the output."
                                : "The eight hardware inputs. Double click a line, or select it and press Enter, "
                                  "to edit the input.");
-    list->installEventFilter(this);
-    connect(list, &QListWidget::doubleClicked, this, &HardwareWin::EditLine);
-    connect(list, &QListWidget::customContextMenuRequested, this, &HardwareWin::showContextMenu);
+    bindLineList(list, [this] { EditLine(); });
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row >= 0)
             hardware.selected = row;
@@ -110,34 +105,6 @@ void HardwareWin::EditLine()
         dialog.exec();
     });
     refresh();
-}
-
-void HardwareWin::showContextMenu(const QPoint& position)
-{
-    if (QListWidgetItem* item = list->itemAt(position))
-        list->setCurrentItem(item);
-    QMenu menu(this);
-    menu.setObjectName("lineMenu");
-    QAction* edit = menu.addAction("Edit Line");
-    edit->setObjectName("actionEditLine");
-    connect(edit, &QAction::triggered, this, &HardwareWin::EditLine);
-    menu.exec(list->viewport()->mapToGlobal(position));
-}
-
-bool HardwareWin::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == list && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            EditLine();
-            return true;
-        }
-        if (key == Qt::Key_Escape) {
-            CmWinCancel();
-            return true;
-        }
-    }
-    return EditorWindow::eventFilter(watched, event);
 }
 
 } // namespace rk4::gui

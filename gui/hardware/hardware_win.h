@@ -24,12 +24,7 @@ class HardwareWin : public EditorWindow {
     void EditLine();
     void refresh();
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
   private:
-    void showContextMenu(const QPoint& position);
-
     HardwareEditor hardware;
     QLabel* heading = nullptr;
     QListWidget* list = nullptr;

@@ -3,10 +3,8 @@
 #include "gui/points/point_dialog.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
-#include <QMenu>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -30,12 +28,9 @@ PointsWin::PointsWin(Workspace& space, Prompter& prompter, QWidget* parent)
     list->setFont(font);
     list->setAlternatingRowColors(true);
     list->setSelectionMode(QAbstractItemView::SingleSelection);
-    list->setContextMenuPolicy(Qt::CustomContextMenu);
     list->setWhatsThis("The 30 points of the unit. Double click a line, or select it and press Enter, to edit the "
                        "point; an UNUSED point first asks for its port.");
-    list->installEventFilter(this);
-    connect(list, &QListWidget::doubleClicked, this, &PointsWin::EditLine);
-    connect(list, &QListWidget::customContextMenuRequested, this, &PointsWin::showContextMenu);
+    bindLineList(list, [this] { EditLine(); });
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row >= 0)
             points.selected = row;
@@ -99,34 +94,6 @@ void PointsWin::EditLine()
         dialog.exec();
     });
     refresh();
-}
-
-void PointsWin::showContextMenu(const QPoint& position)
-{
-    if (QListWidgetItem* item = list->itemAt(position))
-        list->setCurrentItem(item);
-    QMenu menu(this);
-    menu.setObjectName("lineMenu");
-    QAction* edit = menu.addAction("Edit Line");
-    edit->setObjectName("actionEditLine");
-    connect(edit, &QAction::triggered, this, &PointsWin::EditLine);
-    menu.exec(list->viewport()->mapToGlobal(position));
-}
-
-bool PointsWin::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == list && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            EditLine();
-            return true;
-        }
-        if (key == Qt::Key_Escape) {
-            CmWinCancel();
-            return true;
-        }
-    }
-    return EditorWindow::eventFilter(watched, event);
 }
 
 } // namespace rk4::gui

@@ -24,12 +24,7 @@ class PointsWin : public EditorWindow {
     void EditLine();
     void refresh();
 
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
   private:
-    void showContextMenu(const QPoint& position);
-
     PointsEditor points;
     QLabel* heading = nullptr;
     QListWidget* list = nullptr;

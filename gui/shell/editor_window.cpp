@@ -3,6 +3,9 @@
 #include "gui/shell/main_window.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMenu>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QMdiArea>
@@ -39,6 +42,41 @@ void EditorWindow::closeEvent(QCloseEvent* event)
     }
     event->accept();
     emit closed();
+}
+
+void EditorWindow::bindLineList(QListWidget* list, std::function<void()> editLine)
+{
+    lineList = list;
+    editLineHandler = std::move(editLine);
+    list->setContextMenuPolicy(Qt::CustomContextMenu);
+    list->installEventFilter(this);
+    connect(list, &QListWidget::doubleClicked, this, [this] { editLineHandler(); });
+    connect(list, &QListWidget::customContextMenuRequested, this, [this](const QPoint& position) {
+        if (QListWidgetItem* item = lineList->itemAt(position))
+            lineList->setCurrentItem(item);
+        QMenu menu(this);
+        menu.setObjectName("lineMenu");
+        QAction* edit = menu.addAction("Edit Line");
+        edit->setObjectName("actionEditLine");
+        connect(edit, &QAction::triggered, this, [this] { editLineHandler(); });
+        menu.exec(lineList->viewport()->mapToGlobal(position));
+    });
+}
+
+bool EditorWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (lineList && watched == lineList && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            editLineHandler();
+            return true;
+        }
+        if (key == Qt::Key_Escape) {
+            CmWinCancel();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 QFont listFont()

@@ -10,6 +10,9 @@
 #include <QFont>
 #include <QWidget>
 
+#include <functional>
+
+class QListWidget;
 class QMdiSubWindow;
 
 namespace rk4::gui {
@@ -33,6 +36,10 @@ class EditorWindow : public QWidget {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    // A list whose lines are edited: double click, Enter and the context
+    // menu's "Edit Line" call `editLine`; Escape leaves as Cancel does.
+    void bindLineList(QListWidget* list, std::function<void()> editLine);
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     Prompter& prompter;
 
@@ -40,6 +47,8 @@ class EditorWindow : public QWidget {
     void closeFrame();
 
     Leaving leaving = Leaving::Other;
+    QListWidget* lineList = nullptr;
+    std::function<void()> editLineHandler;
 };
 
 // The fixed-pitch font of the list windows, whose columns are part of what

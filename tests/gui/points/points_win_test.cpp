@@ -1,5 +1,6 @@
 #include "gui/points/points_win.h"
 #include "gui/shell/main_window.h"
+#include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
 
@@ -12,31 +13,14 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
 
-// Plays a modal dialog once it is up, from inside its exec().
-void whenDialogOpens(std::function<void(QDialog*)> play)
-{
-    QTimer::singleShot(0, [play] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr) << "no modal dialog";
-        play(dialog);
-    });
-}
-
-template <typename T>
-T* child(QObject* parent, const char* name)
-{
-    T* found = parent->findChild<T*>(name);
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-}
+using test::child;
+using test::whenDialogOpens;
 
 class PointsWinTest : public ::testing::Test {
   protected:
