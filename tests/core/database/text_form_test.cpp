@@ -4,6 +4,7 @@
 #include "core/database/directory_codec.h"
 #include "core/database/dtmf.h"
 #include "core/hardware/port_editor.h"
+#include "tests/support/rich_image.h"
 
 #include <gtest/gtest.h>
 
@@ -106,6 +107,7 @@ TEST(TextForm, GivesBackTheSameBytesForDefaultsAndARichConfiguration)
     expectRoundTrip(cleared(false));
     expectRoundTrip(cleared(true));
     expectRoundTrip(richConfiguration());
+    expectRoundTrip(rk4::test::richImage());
     expectRoundTrip(Database{});
 }
 
