@@ -72,6 +72,7 @@ TEST(TimeField, SwitchingScalesClampsAndCompletesTheText)
         {TimeKind::Debounce, false, "5", "5.000", nullptr},
         {TimeKind::Debounce, false, "2.5", "2.5", nullptr},
         {TimeKind::Timer, false, "0.01", "0.025", "Timer cannot be less than 25 msec, it has been set to 25 msec."},
+        {TimeKind::Timer, false, "0.025", "0.025", nullptr},
         {TimeKind::Debounce, true, "0.025", "2",
          "Debounce timer value cannot be less than 1 minute, it has been set to 2 minutes."},
         {TimeKind::Debounce, true, "1.5", "1", nullptr},
