@@ -207,6 +207,14 @@ std::vector<std::string> groupLines(const Database& db, int first, int last)
     return out;
 }
 
+// 0 and 255 both mean the unit never answers.
+std::string ringsLine(const GeneralRecord& gen)
+{
+    if (gen.ringsToAnswer == 0 || gen.ringsToAnswer == 255)
+        return "Number of rings before answer: Never";
+    return field("Number of rings before answer:", number(gen.ringsToAnswer));
+}
+
 std::vector<std::string> generalLines(const Database& db)
 {
     const GeneralRecord& gen = db.gen;
@@ -215,10 +223,7 @@ std::vector<std::string> generalLines(const Database& db)
     out.push_back(field("Temporary Acknowledge Time:", number(gen.tempAckTime) + " min"));
     out.push_back(field("Security Level:", number(gen.securityLevel + 1)));
     out.push_back(field("Access Code:", orNone(dtmfCodeText(gen.accessCode))));
-    if (gen.ringsToAnswer == 0 || gen.ringsToAnswer == 255)
-        out.push_back("Number of rings before answer: Never");
-    else
-        out.push_back(field("Number of rings before answer:", number(gen.ringsToAnswer)));
+    out.push_back(ringsLine(gen));
     out.push_back(field("Shift Change Code:", orNone(dtmfCodeText(gen.shiftChangeCode))));
     out.push_back(field("Enable Modem Code:", orNone(dtmfCodeText(gen.modemEnableCode))));
     out.push_back(field("Call Progress:", gen.callProgress ? "Enabled" : "Disabled"));
@@ -234,10 +239,7 @@ std::vector<std::string> simgenLines(const Database& db)
     const GeneralRecord& gen = db.gen;
     std::vector<std::string> out;
     out.push_back(field("Name:", orNone(trimmed(gen.name))));
-    if (gen.ringsToAnswer == 0 || gen.ringsToAnswer == 255)
-        out.push_back("Number of rings before answer: Never");
-    else
-        out.push_back(field("Number of rings before answer:", number(gen.ringsToAnswer)));
+    out.push_back(ringsLine(gen));
     out.push_back(field("Access Code:", orNone(dtmfCodeText(gen.accessCode))));
     out.push_back(field("Modem Enable Code:", orNone(dtmfCodeText(gen.modemEnableCode))));
     out.push_back(field("Temporary Acknowledge Time:", number(gen.tempAckTime) + " min"));

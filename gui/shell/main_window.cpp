@@ -7,6 +7,7 @@
 #include "gui/directory/dir_win.h"
 #include "gui/hardware/hardware_win.h"
 #include "gui/points/points_win.h"
+#include "gui/report/printout_win.h"
 #include "gui/shell/editor_window.h"
 
 #include "gui/voice/wave_dialog.h"
@@ -217,6 +218,11 @@ void Main::addToolCommands()
     program->setShortcut(QKeySequence("Ctrl+P"));
     navigationBar->addSeparator();
     navigationBar->addAction(program);
+    QAction* summary = addCommand(toolsMenu, "&Summary", "actionSummary", &Main::CmSummary, [] { return true; });
+    summary->setStatusTip("Show, print or export the configuration summary and its warnings");
+    summary->setShortcut(QKeySequence("Ctrl+R"));
+    summary->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
+    navigationBar->addAction(summary);
     QAction* waveEdit =
         addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
     waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
@@ -225,8 +231,28 @@ void Main::addToolCommands()
 void Main::CmProgram()
 {
     PgmDialog dialog(space, *activePrompter, this);
+    dialog.session().openSummary = [this] { showSummary(Category::Warnings); };
     dialog.exec();
     updateCommands();
+}
+
+void Main::CmSummary() { showSummary(Category::All); }
+
+void Main::showSummary(Category category)
+{
+    auto* window = summaryFrame ? qobject_cast<PrintoutWin*>(summaryFrame->widget()) : nullptr;
+    if (!window) {
+        window = new PrintoutWin(space.image, *activePrompter);
+        summaryFrame = mdi->addSubWindow(window);
+        summaryFrame->setAttribute(Qt::WA_DeleteOnClose);
+        summaryFrame->setWindowIcon(windowIcon());
+        summaryFrame->resize(window->sizeHint().boundedTo(mdi->size()));
+    }
+    window->core().select(category);
+    window->Refresh();
+    summaryFrame->show();
+    mdi->setActiveSubWindow(summaryFrame);
+    window->setFocus();
 }
 
 QMdiArea* Main::mdiArea() const { return mdi; }
@@ -239,6 +265,9 @@ void Main::updateCommands()
     }
     for (QMenu* menu : {configureMenu, toolsMenu})
         menu->menuAction()->setVisible(!menu->actions().isEmpty());
+    // An open summary follows the image (Open, Clear Data, an editor's Exit).
+    if (auto* summary = summaryFrame ? qobject_cast<PrintoutWin*>(summaryFrame->widget()) : nullptr)
+        summary->Refresh();
     if (QAction* mode = findChild<QAction*>("actionMode"))
         mode->setChecked(space.basicMode());
     setWindowTitle(QString::fromStdString(space.title()));

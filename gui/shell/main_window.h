@@ -2,10 +2,12 @@
 // The main window: menus, the navigation tool bar, the MDI area that holds the
 // list windows, and the status bar. Its commands call the core Workspace.
 
+#include "core/report/summary.h"
 #include "core/shell/workspace.h"
 #include "gui/shell/qt_prompter.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <functional>
 #include <memory>
@@ -14,6 +16,7 @@
 class QAction;
 class QLabel;
 class QMdiArea;
+class QMdiSubWindow;
 class QMenu;
 class QToolBar;
 
@@ -38,6 +41,9 @@ class Main : public QMainWindow {
     // Opens a file given on the command line.
     void openStartupFile(const QString& path);
 
+    // Shows the SUMMARY window (opening it if needed) on `category`.
+    void showSummary(Category category);
+
   public slots:
     void CmClearData();
     void CmFileOpen();
@@ -59,6 +65,7 @@ class Main : public QMainWindow {
     void CmOutputs();
     void CmPoints();
     void CmProgram();
+    void CmSummary();
     void CmWaveEdit();
 
   protected:
@@ -89,6 +96,7 @@ class Main : public QMainWindow {
     QMenu* configureMenu = nullptr;
     QMenu* toolsMenu = nullptr;
     QLabel* modeLabel = nullptr;
+    QPointer<QMdiSubWindow> summaryFrame;
     QLabel* fileLabel = nullptr;
     std::vector<Command> commands;
 };

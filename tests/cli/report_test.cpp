@@ -28,11 +28,7 @@ std::string written(test::TempDir& temp, const char* name, const Database& db)
 TEST(WarningsVerb, ListsOneLineEachAndAnswersWithItsExitStatus)
 {
     test::TempDir temp;
-    Database basic;
-    basic.gen.basicMode = 1;
-    ClearDatabase(basic, false);
-    PadAllTags(basic);
-    const auto run = runRk4({"warnings", written(temp, "basic.dat", basic)});
+    const auto run = runRk4({"warnings", written(temp, "basic.dat", test::clearedImage(true))});
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(run.out, "The Access Code is empty - program and control access to the Rk4 will be unrestricted.\n"
                        "The Modem Enable Code is empty - remote data transfer will not be available.\n"

@@ -1,8 +1,8 @@
 #pragma once
-// A full Advanced configuration: every group in use, all thirty points of
-// every type, every input and output kind and six directories of mixed
-// commands. The summary tests, the summary benchmark and the printed-page
-// check all draw it.
+// Images the report tests draw. richImage is a full Advanced configuration:
+// every group in use, all thirty points of every type, every input and output
+// kind and six directories of mixed commands. The summary tests and the
+// summary benchmark draw it.
 
 #include "core/database/defaults.h"
 #include "core/database/directory_codec.h"
@@ -11,6 +11,16 @@
 #include <string>
 
 namespace rk4::test {
+
+// The image Clear Data leaves in either mode, names padded.
+inline Database clearedImage(bool basic)
+{
+    Database db;
+    db.gen.basicMode = basic ? 1 : 0;
+    ClearDatabase(db, false);
+    PadAllTags(db);
+    return db;
+}
 
 inline Database richImage()
 {

@@ -12,19 +12,11 @@
 #include <vector>
 
 using namespace rk4;
+using rk4::test::clearedImage;
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-Database clearedImage(bool basic)
-{
-    Database db;
-    db.gen.basicMode = basic ? 1 : 0;
-    ClearDatabase(db, false);
-    PadAllTags(db);
-    return db;
-}
 
 // Every directory full: 20 lines of one DIAL each.
 void fillDirectories(Database& db)

@@ -1,4 +1,5 @@
 #include "core/report/warnings.h"
+#include "tests/support/rich_image.h"
 
 #include "core/database/defaults.h"
 #include "core/database/directory_codec.h"
@@ -10,19 +11,11 @@
 #include <vector>
 
 using namespace rk4;
+using rk4::test::clearedImage;
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-Database clearedImage(bool basic)
-{
-    Database db;
-    db.gen.basicMode = basic ? 1 : 0;
-    ClearDatabase(db, false);
-    PadAllTags(db);
-    return db;
-}
 
 // Directory lines from (label, parameter) entries, one vector per line.
 void setDirectory(Database& db, int directory,
