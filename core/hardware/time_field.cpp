@@ -3,6 +3,7 @@
 #include "core/database/defaults.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace rk4 {
 
@@ -58,8 +59,10 @@ float parseTimeValue(const std::string& text)
     const std::string_view view = fieldPrefix(text);
     float value = 0.0f;
     // from_chars ignores the locale, so "0.025" reads the same everywhere.
+    // It also takes "nan" and "inf", which are not times: they read as text
+    // that is no number at all.
     const auto result = std::from_chars(view.data(), view.data() + view.size(), value, std::chars_format::fixed);
-    return result.ec == std::errc() ? value : 0.0f;
+    return result.ec == std::errc() && std::isfinite(value) ? value : 0.0f;
 }
 
 int parseWholeNumber(const std::string& text)

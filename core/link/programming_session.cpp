@@ -131,6 +131,9 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
     kind = transferKind;
     writing = true;
     result = SessionOutcome::None;
+    // The second pass belongs to the run that needed it: the next run may be
+    // on another port, to a newer unit.
+    secondPass = false;
 
     if (kind == TransferKind::Database) {
         totalPackets = kDatabasePackets;
@@ -188,15 +191,16 @@ bool ProgrammingSession::Receive(TransferKind transferKind, Millis now, std::opt
     kind = transferKind;
     writing = false;
     result = SessionOutcome::None;
+    secondPass = false;
     voiceTarget = std::move(target);
 
     if (kind == TransferKind::Voices) {
-        temporaryPath = workspace.workingDirectory() / kVoiceTemporaryFile;
-        std::error_code ignored;
-        std::filesystem::remove(temporaryPath, ignored);
-        temporaryFile.open(temporaryPath, std::ios::binary | std::ios::trunc);
-        if (!temporaryFile) {
-            prompter.fileError(" CANNOT OPEN voice.tmp FILE ");
+        // Without a target yet, the voices wait in the working directory.
+        voiceStaging = std::make_unique<SafeFileWriter>(
+            voiceTarget ? *voiceTarget : workspace.workingDirectory() / kVoiceTemporaryFile);
+        if (!voiceStaging->result()) {
+            prompter.fileError(" CANNOT OPEN voice.tmp FILE ", voiceStaging->result().cause());
+            voiceStaging.reset();
             return false;
         }
         totalPackets = kVoiceStorePackets;
@@ -289,19 +293,19 @@ void ProgrammingSession::closeFiles()
     if (sourceFile.is_open())
         sourceFile.close();
     link->source = nullptr;
-    if (temporaryFile.is_open())
-        temporaryFile.close();
+    voiceStaging.reset();
 }
 
 // Keeps no more than the largest voice store holds, whatever the unit or a
 // stuck exchange sends; false when the packets did not all fit.
 bool ProgrammingSession::appendToTemporary(std::size_t packets)
 {
-    constexpr std::streamoff kStoreBytes = std::streamoff{kVoiceStorePackets} * kPacketSize;
-    const std::streamoff held = temporaryFile.tellp();
-    const std::streamoff room = held < 0 ? 0 : std::max<std::streamoff>(kStoreBytes - held, 0);
-    const std::streamoff offered = static_cast<std::streamoff>(packets * kPacketSize);
-    temporaryFile.write(reinterpret_cast<const char*>(link->staging.data()), std::min(offered, room));
+    constexpr std::size_t kStoreBytes = std::size_t{kVoiceStorePackets} * kPacketSize;
+    if (!voiceStaging)
+        return false;
+    const std::size_t room = kStoreBytes - std::min<std::size_t>(voiceStaging->size(), kStoreBytes);
+    const std::size_t offered = packets * kPacketSize;
+    voiceStaging->write(std::span(link->staging).first(std::min(offered, room)));
     return offered <= room;
 }
 
@@ -587,8 +591,7 @@ void ProgrammingSession::stepOnce(Millis now)
             sendEnd(now, kEndWait, Step::ReadEnd);
             return;
         }
-        temporaryFile.flush();
-        if (temporaryFile.tellp() < static_cast<std::streamoff>(kPacketSize)) {
+        if (!voiceStaging || voiceStaging->size() < kPacketSize) {
             setText(SessionLine::Line1, "Voice transfer failure");
             setText(SessionLine::Status, "Voice transfer failure");
             setText(SessionLine::Line2, "Not enough voice data to be valid.");
@@ -608,7 +611,6 @@ void ProgrammingSession::stepOnce(Millis now)
         return;
 
     case Step::ReadSaveFile: {
-        temporaryFile.close();
         std::optional<std::filesystem::path> chosen = voiceTarget;
         if (!chosen) {
             auto answer =
@@ -617,15 +619,21 @@ void ProgrammingSession::stepOnce(Millis now)
             if (answer)
                 chosen = *answer;
         }
-        if (chosen) {
-            auto bytes = readWholeFile(temporaryPath);
-            if (bytes && writeFileAtomically(*chosen, *bytes))
+        if (chosen && voiceStaging) {
+            SaveResult saved;
+            if (voiceTarget) {
+                saved = voiceStaging->commit();
+            } else {
+                // Chosen after the transfer: copied from the staging file, which then goes.
+                const FileRead staged = readFileBytes(voiceStaging->temporaryPath());
+                saved = staged ? writeFileAtomically(*chosen, staged.bytes) : SaveResult{SaveProblem::WriteFailed, staged.error, {}};
+            }
+            if (saved)
                 result = SessionOutcome::Succeeded;
             else
-                prompter.fileError(kCannotOpenFile);
+                prompter.fileError(kCannotOpenFile, saved.cause());
         }
-        std::error_code ignored;
-        std::filesystem::remove(temporaryPath, ignored);
+        voiceStaging.reset();
         step = Step::ReadEnd;
         return;
     }

@@ -8,6 +8,7 @@
 
 #include "core/common/clock.h"
 #include "core/common/prompter.h"
+#include "core/common/safe_file.h"
 #include "core/link/link_session.h"
 #include "core/shell/workspace.h"
 
@@ -157,8 +158,9 @@ class ProgrammingSession {
     TransferKind kind = TransferKind::Database;
 
     std::ifstream sourceFile;
-    std::ofstream temporaryFile;
-    std::filesystem::path temporaryPath;
+    // The voices being read, in a file private to this transfer beside where
+    // they will be kept; gone on every way out that does not keep them.
+    std::unique_ptr<SafeFileWriter> voiceStaging;
     std::optional<std::filesystem::path> voiceTarget;
     Millis endDelay = 0;
     Step afterEnd = Step::Idle;

@@ -3,6 +3,7 @@
 #include "core/common/bytes.h"
 #include "core/database/database.h"
 #include "core/database/defaults.h"
+#include "core/link/programming_session.h"
 #include "core/link/wire_image.h"
 
 #include <algorithm>
@@ -46,6 +47,18 @@ const std::map<std::string, int>& commandNames()
         {"hangup", CMD_HANGUP},
     };
     return names;
+}
+
+// Packets each of the unit's stores can take; a packet numbered beyond them
+// has nowhere to go and gets no answer.
+std::size_t packetsHeld(TransferKind kind)
+{
+    switch (kind) {
+    case TransferKind::Database: return (dbasesize + kPacketSize - 1) / kPacketSize;
+    case TransferKind::Vocabulary: return kSecondPassVocabularyPackets;
+    case TransferKind::Voices: return kVoiceStorePackets;
+    }
+    return 0;
 }
 
 std::optional<int> parseCount(const std::string& text)
@@ -253,6 +266,8 @@ void SimulatedUnit::act(std::uint8_t command, std::uint16_t number, Millis now, 
         return;
     case CMD_PACKET:
         if (mode == Mode::Download) {
+            if (number >= packetsHeld(kind))
+                return;
             const std::size_t offset = static_cast<std::size_t>(number) * kPacketSize;
             if (received.size() < offset + kPacketSize) {
                 received.resize(offset + kPacketSize);

@@ -29,19 +29,38 @@ std::filesystem::path Workspace::resolve(const std::string& path) const
 
 void Workspace::InitFile(Prompter& prompter)
 {
-    if (auto config = readConfigFile(configPath())) {
-        cfg = *config;
+    // Only a missing file is replaced by defaults: one that exists but cannot
+    // be read is left alone and the reason reported.
+    const FileRead config = readFileBytes(configPath());
+    if (config) {
+        cfg = configFromBytes(config.bytes);
+    } else if (!config.missing()) {
+        startupReport |= kReportConfigUnreadable;
+        configProblem = config.cause();
     } else {
         startupReport |= kReportConfigCreated;
-        if (!writeConfigFile(configPath(), cfg))
-            prompter.fileError(kCannotOpenFile);
+        if (const SaveResult saved = writeConfigFile(configPath(), cfg); !saved)
+            prompter.fileError(kCannotOpenFile, saved.cause());
     }
 
     const std::filesystem::path dataPath = directory / kDefaultDataFile;
-    if (auto bytes = readWholeFile(dataPath)) {
-        // Start-up reads whatever is there: a short file is not detected here.
+    const FileRead data = readFileBytes(dataPath);
+    if (!data && !data.missing()) {
+        startupReport |= kReportDataUnreadable;
+        dataProblem = data.cause();
+        image = Database{};
+        DefaultValues(image);
+        DatabaseChanged = false;
+    } else if (data) {
+        // Start-up reads whatever is there, the rest zero; the report says so.
         ImageBytes raw{};
-        std::copy_n(bytes->begin(), std::min(bytes->size(), raw.size()), raw.begin());
+        std::copy_n(data.bytes.begin(), std::min(data.bytes.size(), raw.size()), raw.begin());
+        if (data.bytes.size() != raw.size()) {
+            startupReport |= kReportDataWrongSize;
+            dataProblem = std::string(kDefaultDataFile) + " holds " + std::to_string(data.bytes.size()) +
+                          " bytes, not " + std::to_string(raw.size()) +
+                          "; what it holds was read and the rest set to zero.";
+        }
         image.fromBytes(raw);
         DefaultValues(image);
         workingFile = kDefaultDataFile;
@@ -55,8 +74,7 @@ void Workspace::InitFile(Prompter& prompter)
         startupReport |= kReportDataCreated;
         image = Database{};
         DefaultValues(image);
-        if (writeImageFile(dataPath, image) != FileStatus::Ok)
-            prompter.fileError(kCannotOpenFile);
+        reportFileError(prompter, writeImageFile(dataPath, image));
         DatabaseChanged = false;
     }
 }
@@ -65,10 +83,18 @@ void Workspace::showStartupReport(Prompter& prompter)
 {
     if (startupReport & kReportConfigCreated)
         prompter.fileError(" CANNOT OPEN RK4.CFG FILE - DEFAULT CREATED.");
+    if (startupReport & kReportConfigUnreadable)
+        prompter.fileError(" CANNOT OPEN RK4.CFG FILE ",
+                           configProblem + ". The file is left as it is; the default settings are used.");
     if (startupReport & kReportDataCreated) {
         prompter.fileError(" CANNOT OPEN RK4.DAT FILE - DEFAULT CREATED.");
         image.gen.ringsToAnswer = 2;
     }
+    if (startupReport & kReportDataUnreadable)
+        prompter.fileError(" CANNOT OPEN RK4.DAT FILE ",
+                           dataProblem + ". The file is left as it is; the default configuration is shown.");
+    if (startupReport & kReportDataWrongSize)
+        prompter.fileError(kNotCorrectSize, dataProblem);
     startupReport = 0;
 }
 
@@ -81,8 +107,10 @@ bool Workspace::DataGone(Prompter& prompter)
 
 bool Workspace::CmFileOpen(Prompter& prompter)
 {
-    if (DataGone(prompter))
-        CmFileSaveAs(prompter);
+    // A save that was asked for and did not happen stops the command, so the
+    // edits are never dropped.
+    if (DataGone(prompter) && !CmFileSaveAs(prompter))
+        return false;
     FileRequest request = kDataFileRequest;
     request.startPath = resolve(workingFile).string();
     auto chosen = prompter.chooseFile(request);

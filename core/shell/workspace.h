@@ -22,6 +22,9 @@ inline constexpr char kTitlePrefix[] = " Sentrix Rk4 Programmer  -  ";
 inline constexpr unsigned kReportConfigCreated = 1;
 inline constexpr unsigned kReportDataCreated = 2;
 inline constexpr unsigned kReportBasicProblems = 4; // never set: the unit's tool never reached it
+inline constexpr unsigned kReportConfigUnreadable = 8;
+inline constexpr unsigned kReportDataUnreadable = 16;
+inline constexpr unsigned kReportDataWrongSize = 32;
 
 class Workspace {
   public:
@@ -82,6 +85,8 @@ class Workspace {
     std::filesystem::path resolve(const std::string& path) const;
 
     std::filesystem::path directory;
+    std::string configProblem; // why rk4.cfg could not be read
+    std::string dataProblem;   // why Rk4.dat could not be read, or its wrong size
 };
 
 } // namespace rk4

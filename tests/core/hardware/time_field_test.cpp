@@ -57,6 +57,20 @@ TEST(TimeField, OkStoresTheCountOrRefusesWithTheFieldsOwnText)
     }
 }
 
+TEST(TimeField, NotANumberAndInfinityAreRefusedInBothScales)
+{
+    for (const char* text : {"nan", "NaN", "-nan", "inf", "-inf", "infinity", " +nan(1)"}) {
+        for (const bool minutes : {false, true}) {
+            ScriptedPrompter prompter;
+            TimeField field{TimeKind::Watchdog, text, minutes};
+            EXPECT_FALSE(field.validate(prompter)) << text << (minutes ? " min" : " s");
+            ASSERT_EQ(prompter.messages().size(), 1u) << text;
+            EXPECT_EQ(prompter.messages()[0].text, minutes ? "The watchdog interval cannot be less than 1 min."
+                                                           : "The watchdog interval cannot be less than .025 sec.");
+        }
+    }
+}
+
 TEST(TimeField, SwitchingScalesClampsAndCompletesTheText)
 {
     struct Case {

@@ -229,6 +229,31 @@ TEST_F(SessionTest, AnOlderUnitIsReachedOnTheSecondPassAndLosesTheSelectorsItDoe
     EXPECT_EQ(space.image.alm[6].unitSelector[1], 18);
 }
 
+TEST_F(SessionTest, TheSecondPassEndsWithItsRunAndANewerUnitOnAnotherPortKeepsItsSelectors)
+{
+    UnitOptions older;
+    older.olderUnit = true;
+    makeUnit(older);
+    ASSERT_TRUE(write());
+    ASSERT_EQ(port->unit().requests().back(), CMD_END);
+    ASSERT_TRUE(port->unit().alternateLink() || requestsOf(CMD_LINK_ALT) == 1);
+
+    SimulatedUnitPort newer(clock);
+    session->changeTransport(newer);
+    space.image.alm[4].unitSelector[1] = 19;
+    space.image.alm[5].unitSelector[1] = 20;
+    ASSERT_TRUE(write());
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    const auto& heard = newer.unit().requests();
+    EXPECT_EQ(std::count(heard.begin(), heard.end(), CMD_LINK_ALT), 0);
+    EXPECT_EQ(space.image.alm[4].unitSelector[1], 19);
+    EXPECT_EQ(space.image.alm[5].unitSelector[1], 20);
+    Database stored;
+    stored.fromBytes(std::span<const std::uint8_t, dbasesize>(newer.unit().store.database.data(), dbasesize));
+    EXPECT_EQ(stored.alm[4].unitSelector[1], 19);
+    EXPECT_EQ(stored.alm[5].unitSelector[1], 20);
+}
+
 TEST_F(SessionTest, ThePortThatWillNotOpenStopsBeforeAnythingIsSent)
 {
     port->memory().refuseOpen("Permission denied");
@@ -355,6 +380,44 @@ TEST_F(SessionTest, AVoiceReadEndingAfterFivePacketsKeepsFiveBlocksOfData)
     EXPECT_EQ(*readWholeFile(target), voices);
     EXPECT_TRUE(sawText("Select a file for storage"));
     EXPECT_FALSE(std::filesystem::exists(dir / "voice.tmp"));
+}
+
+TEST_F(SessionTest, TwoVoiceReadsInOneFolderEachKeepTheirOwnVoicesAndLeaveNothingElse)
+{
+    const std::vector<std::uint8_t> first(3 * kPacketSize, 0x11), second(2 * kPacketSize, 0x22);
+    port->unit().store.voices = first;
+    SimulatedUnitPort otherPort(clock);
+    otherPort.unit().store.voices = second;
+    ScriptedPrompter otherPrompter;
+    ProgrammingSession other(space, otherPort, otherPrompter);
+    otherPrompter.fileChoice((dir / "second.msg").string()); // asked for once its voices are in
+
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), dir / "first.msg"));
+    ASSERT_TRUE(other.Receive(TransferKind::Voices, clock.now()));
+    std::size_t stagingFiles = 0;
+    for (int guard = 0; guard < 400000 && (session->running() || other.running()); ++guard) {
+        session->poll(clock.now());
+        other.poll(clock.now());
+        stagingFiles = std::max(stagingFiles, static_cast<std::size_t>(std::distance(
+                                                  std::filesystem::directory_iterator(dir.path()), {})));
+        clock.set(std::min(session->nextPollAt(clock.now()), other.nextPollAt(clock.now())) + 1);
+    }
+    EXPECT_EQ(stagingFiles, 2u) << "one private staging file each";
+    EXPECT_EQ(readWholeFile(dir / "first.msg"), first);
+    EXPECT_EQ(readWholeFile(dir / "second.msg"), second);
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"first.msg", "second.msg"}));
+}
+
+TEST_F(SessionTest, AFailedVoiceReadLeavesNoStagingFile)
+{
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), dir / "none.msg"));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Failed);
+    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
 }
 
 TEST_F(SessionTest, AVoiceReadWithNoDataFails)

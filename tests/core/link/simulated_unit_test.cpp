@@ -134,3 +134,20 @@ TEST_F(WithUnit, APacedLineTakesTheWireTime)
     EXPECT_GE(took, 4281u);
     EXPECT_LE(took, 4281u + 50u);
 }
+
+TEST_F(WithUnit, PacketsBeyondWhatTheUnitHoldsAreNotAnsweredNorStored)
+{
+    struct Case {
+        std::uint8_t announce;
+        int lastHeld; // the highest packet number the store takes
+    };
+    for (const Case& c : {Case{CMD_WRITE_DATABASE, 1}, Case{CMD_WRITE_VOCABULARY, 63}, Case{CMD_WRITE_VOICES, 128}}) {
+        connect();
+        session->kind = TransferKind::Voices; // the tool's side takes any packet number from its stream
+        ASSERT_EQ(exchange(CMD_LINK), ExchangeStatus::Good);
+        ASSERT_EQ(exchange(c.announce), ExchangeStatus::Good);
+        EXPECT_EQ(exchange(CMD_PACKET, c.lastHeld, true), ExchangeStatus::Good) << int(c.announce);
+        EXPECT_EQ(exchange(CMD_PACKET, c.lastHeld + 1, true), ExchangeStatus::Failed) << int(c.announce);
+        EXPECT_EQ(exchange(CMD_PACKET, 0xFFFF, true), ExchangeStatus::Failed) << int(c.announce);
+    }
+}

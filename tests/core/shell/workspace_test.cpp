@@ -96,6 +96,59 @@ TEST_F(WorkspaceTest, StartingBesideABasicFileSwitchesModeWithoutMarkingAChange)
     EXPECT_EQ(space.cfg.portIndex(), 3);
 }
 
+TEST_F(WorkspaceTest, StartUpNeverReplacesFilesItCannotReadAndSaysWhy)
+{
+    // Folders stand for files that exist but cannot be read, even by the superuser.
+    std::filesystem::create_directory(dir / "rk4.cfg");
+    std::filesystem::create_directory(dir / "Rk4.dat");
+    space.InitFile(prompter);
+    space.showStartupReport(prompter);
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{" CANNOT OPEN RK4.CFG FILE ", " CANNOT OPEN RK4.DAT FILE "}));
+    EXPECT_EQ(prompter.messages()[1].detail,
+              "not a regular file (a folder). The file is left as it is; the default configuration is shown.");
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "rk4.cfg"));
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "Rk4.dat"));
+    Database expected;
+    DefaultValues(expected);
+    EXPECT_EQ(space.image, expected);
+    EXPECT_FALSE(space.DatabaseChanged);
+}
+
+TEST_F(WorkspaceTest, StartUpReadsAWrongSizedFileAndSaysItHadTheWrongSize)
+{
+    std::ofstream(dir / "Rk4.dat", std::ios::binary) << std::string(100, 'Q');
+    space.InitFile(prompter);
+    space.showStartupReport(prompter);
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{" CANNOT OPEN RK4.CFG FILE - DEFAULT CREATED.",
+                                                          " FILE IS NOT THE CORRECT SIZE "}));
+    EXPECT_EQ(prompter.messages()[1].detail,
+              "Rk4.dat holds 100 bytes, not 4704; what it holds was read and the rest set to zero.");
+    EXPECT_EQ(space.image.toBytes()[0], 'Q');
+    EXPECT_EQ(std::filesystem::file_size(dir / "Rk4.dat"), 100u) << "not rewritten at start-up";
+}
+
+TEST_F(WorkspaceTest, ASaveThatDoesNotHappenStopsOpen)
+{
+    space.InitFile(prompter);
+    writeImage("other.dat", basicImage());
+    space.image.gen.name[0] = 'E';
+    space.DatabaseChanged = true;
+    // Cancelled Save As: no Open dialog follows and the edit stays.
+    prompter.expect("Do you want to save changed data?", Answer::Yes).fileChoice(std::nullopt);
+    EXPECT_FALSE(space.CmFileOpen(prompter));
+    EXPECT_TRUE(prompter.finished());
+    EXPECT_EQ(prompter.fileRequests().size(), 1u);
+    // A failed save (the name is a folder) stops it as well.
+    std::filesystem::create_directory(dir / "taken.dat");
+    prompter.expect("Do you want to save changed data?", Answer::Yes).fileChoice((dir / "taken.dat").string());
+    EXPECT_FALSE(space.CmFileOpen(prompter));
+    EXPECT_TRUE(prompter.saw(" CANNOT OPEN FILE "));
+    EXPECT_EQ(prompter.fileRequests().size(), 2u);
+    EXPECT_EQ(space.image.gen.name[0], 'E');
+    EXPECT_TRUE(space.DatabaseChanged);
+    EXPECT_FALSE(space.basicMode());
+}
+
 TEST_F(WorkspaceTest, OpenRefusesWrongSizesAndKeepsTheImage)
 {
     space.InitFile(prompter);
