@@ -54,11 +54,25 @@ void putCommand(TextWriter& writer, std::uint8_t letter, const std::string& para
         writer.put(static_cast<std::uint8_t>(dtmf ? ASCII2DTMF(c) : c));
 }
 
+// A byte that reads as a parameter byte, not as a command, a line end or the end.
+bool plainParameterByte(std::uint8_t byte) { return byte != 0 && byte != kLineEnd && !isCommandLetter(byte); }
+
+// The shown character is always one that encoding stores back to a byte that
+// shows the same, so what the editor shows is what it writes.
 char shownParameterByte(std::uint8_t letter, std::uint8_t byte, bool first)
 {
-    if (hasDtmfParameter(letter) && byte >= '0' && byte <= '?')
-        return DTMF2ASCII(static_cast<char>(byte));
-    if (letter == kCmdTap && !first)
+    if (hasDtmfParameter(letter)) {
+        // A stored 'a'..'d', '#' or '*' is stored again as the tone it names.
+        const auto stored = static_cast<std::uint8_t>(ASCII2DTMF(static_cast<char>(byte)));
+        if (byte >= '0' && byte <= '?')
+            return DTMF2ASCII(static_cast<char>(byte));
+        if (stored >= '0' && stored <= '?')
+            return DTMF2ASCII(static_cast<char>(stored));
+        return static_cast<char>(byte);
+    }
+    // The unit ignores the top bit after the first TAP byte; cleared, the byte
+    // must still be a parameter byte, or it is shown as stored.
+    if (letter == kCmdTap && !first && plainParameterByte(byte & 0x7F))
         return static_cast<char>(byte & 0x7F);
     return static_cast<char>(byte);
 }
@@ -123,7 +137,9 @@ DirLines DecodeDirectory(std::span<const std::uint8_t> text)
         if (byte == 0)
             break;
         if (byte == kLineEnd) {
-            if (++lineIndex == kDirectoryLines)
+            // An empty line ends the directory, as it does when the lines are
+            // stored: what follows it is never written back, so never shown.
+            if (lines[lineIndex].empty() || ++lineIndex == kDirectoryLines)
                 break;
             slot = -1;
             continue;
