@@ -137,9 +137,7 @@ DirLines DecodeDirectory(std::span<const std::uint8_t> text)
         if (byte == 0)
             break;
         if (byte == kLineEnd) {
-            // An empty line ends the directory, as it does when the lines are
-            // stored: what follows it is never written back, so never shown.
-            if (lines[lineIndex].empty() || ++lineIndex == kDirectoryLines)
+            if (++lineIndex == kDirectoryLines)
                 break;
             slot = -1;
             continue;
@@ -166,13 +164,13 @@ DirLines DecodeDirectory(const DirectoryRecord& record) { return DecodeDirectory
 bool EncodeDirectory(const DirLines& lines, std::span<std::uint8_t> text)
 {
     TextWriter writer(text);
-    for (int i = 0; i < kDirectoryLines; ++i) {
+    // Empty lines between used ones are kept in place, so every line shown is
+    // written back; an empty directory is a single line end.
+    int last = kDirectoryLines - 1;
+    while (last > 0 && lines[last].empty())
+        --last;
+    for (int i = 0; i <= last; ++i) {
         const DirLine& line = lines[i];
-        if (line.empty()) {
-            if (i == 0)
-                writer.put(kLineEnd);
-            break;
-        }
         for (int c = 0; c < kCommandsPerLine && line.command[c] != 0; ++c)
             putCommand(writer, line.command[c], line.parameter[c]);
         writer.put(kLineEnd);

@@ -69,8 +69,8 @@ using DirLines = std::array<DirLine, kDirectoryLines>;
 DirLines DecodeDirectory(std::span<const std::uint8_t> text);
 DirLines DecodeDirectory(const DirectoryRecord& record);
 
-// Encodes the lines up to the first empty one (or all 20) into `text`, followed
-// by a NUL. Bytes after the NUL are left as they were, so encoding the lines a
+// Encodes the lines up to the last used one, empty lines before it included,
+// into `text`, followed by a NUL. Bytes after the NUL are left as they were, so encoding the lines a
 // record decodes to gives back that record byte for byte. Returns false, with
 // the text cut at the end of `text`, when the lines do not fit.
 bool EncodeDirectory(const DirLines& lines, std::span<std::uint8_t> text);
