@@ -67,7 +67,8 @@ void Workspace::InitFile(Prompter& prompter)
         DatabaseChanged = false;
         if (basicMode()) {
             switchShellMode();
-            problems = 0; // the full Basic-mode check comes with its own editor work
+            // Start-up notes the problems but never reports them.
+            problems = CheckForSimple(image).problems;
             DatabaseChanged = false;
         }
     } else {
@@ -136,6 +137,11 @@ bool Workspace::openFile(const std::string& path, Prompter& prompter)
     if (basicMode() != wasBasic) {
         switchShellMode();
         DatabaseChanged = false;
+    }
+    if (basicMode() && offerBasicConversion(prompter, true) == SimpleChoice::StayAdvanced) {
+        // The image in memory no longer says Basic, unlike its file.
+        DatabaseChanged = true;
+        switchShellMode();
     }
     return true;
 }
@@ -228,6 +234,12 @@ bool Workspace::CmMode(Prompter& prompter)
         return false;
     if (answer == Answer::Yes && showRulesSummary)
         showRulesSummary(true);
+    if (const auto choice = offerBasicConversion(prompter, false)) {
+        if (*choice == SimpleChoice::StayAdvanced)
+            return false;
+        switchShellMode();
+        return true;
+    }
     image.gen.basicMode = 1;
     bool keepDirectories = false;
     if (IsDirectoryUsed(image, 0) || IsDirectoryUsed(image, 1))
@@ -242,6 +254,24 @@ bool Workspace::CmMode(Prompter& prompter)
     DatabaseChanged = true;
     switchShellMode();
     return true;
+}
+
+std::optional<SimpleChoice> Workspace::offerBasicConversion(Prompter& prompter, bool opened)
+{
+    SimpleWarning warning(image, opened);
+    problems = warning.check().problems;
+    if (problems == 0)
+        return std::nullopt;
+    const SimpleChoice choice = showSimpleWarning ? showSimpleWarning(warning) : SimpleChoice::StayAdvanced;
+    switch (choice) {
+    case SimpleChoice::StayAdvanced: LeaveComplex(image); return choice;
+    case SimpleChoice::ConvertAll: Change2Simple(image); break;
+    case SimpleChoice::KeepDirectories: Change2Simple2(image); break;
+    }
+    DatabaseChanged = true;
+    if (askConversionWizard(prompter) && runBasicWizard)
+        runBasicWizard();
+    return choice;
 }
 
 bool Workspace::CmRunWizard(Prompter& prompter)

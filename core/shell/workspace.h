@@ -3,6 +3,7 @@
 // edits, its file, the change flag, the settings record, the navigation flags,
 // start-up, open/save/clear, closing and the Basic/Advanced mode switch.
 
+#include "core/basic/simple_warning.h"
 #include "core/common/prompter.h"
 #include "core/database/database.h"
 #include "core/database/file.h"
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace rk4 {
@@ -49,6 +51,9 @@ class Workspace {
     // exist, a Yes that would open one goes on as the No path.
     std::function<void(bool basic)> showRulesSummary;
     std::function<void()> runBasicWizard;
+    // Shows the list of what keeps the image from Basic mode and returns the
+    // user's way out. Without a window to ask, the image stays Advanced.
+    std::function<SimpleChoice(SimpleWarning&)> showSimpleWarning;
 
     // Start-up: settings file and data file, noting what had to be created.
     void InitFile(Prompter& prompter);
@@ -82,6 +87,10 @@ class Workspace {
 
   private:
     void switchShellMode();
+    // Checks the image against Basic mode into `problems`; when it does not fit,
+    // offers the conversion and carries out the answer. Returns the answer, or
+    // nothing when the image fits.
+    std::optional<SimpleChoice> offerBasicConversion(Prompter& prompter, bool opened);
     std::filesystem::path resolve(const std::string& path) const;
 
     std::filesystem::path directory;

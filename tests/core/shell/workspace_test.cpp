@@ -244,12 +244,15 @@ TEST_F(WorkspaceTest, CancellingEitherModeQuestionChangesNothing)
 TEST_F(WorkspaceTest, SwitchingToBasicAsksAboutUsedDirectoriesAndBuildsTheTemplate)
 {
     space.InitFile(prompter);
-    const char line[] = "W5&";
-    std::copy(line, line + 4, space.image.dir[1].dirText.begin());
+    // An Advanced image that already fits Basic mode, with a number in Directory B.
+    space.image = basicImage();
+    space.image.gen.basicMode = 0;
+    const char line[] = "P1::Y&";
+    std::copy(line, line + sizeof line, space.image.dir[1].dirText.begin());
     prompter.expect(kToBasic, Answer::No).expect(kDirectoriesNotEmpty, Answer::Yes).expect(kUseWizard, Answer::No);
     EXPECT_TRUE(space.CmMode(prompter));
     EXPECT_TRUE(space.basicMode());
-    EXPECT_EQ(space.image.dir[1].dirText[0], 'W') << "directories kept as answered";
+    EXPECT_EQ(space.image.dir[1].dirText[0], 'P') << "directories kept as answered";
     EXPECT_EQ(space.image.alm[0].type, kPointDigital) << "the Basic template";
     EXPECT_TRUE(space.DatabaseChanged);
     EXPECT_EQ(modeChanges, 1);
@@ -295,4 +298,84 @@ TEST_F(WorkspaceTest, RunWizardNamesTheDirectoriesThatHoldCommands)
     EXPECT_TRUE(prompter.saw("The wizard will not ask you to enter any telephone numbers.\nUse the Directory editor "
                              "to change the numbers."));
     EXPECT_EQ(space.image.dir[0].dirText[0], 'P');
+}
+
+TEST_F(WorkspaceTest, SwitchingToBasicShowsTheRulesAndProblemsAndConvertAllBuildsABasicImage)
+{
+    space.InitFile(prompter);
+    space.image.group[2].enabled = 1;
+    const char wait[] = "W5&";
+    std::copy(wait, wait + sizeof wait, space.image.dir[0].dirText.begin());
+    std::vector<bool> summaries;
+    std::vector<int> listed;
+    std::string intro;
+    space.showRulesSummary = [&](bool basic) { summaries.push_back(basic); };
+    space.showSimpleWarning = [&](SimpleWarning& warning) {
+        intro = warning.items()[0].text;
+        for (const auto& item : warning.items())
+            if (item.code >= 0)
+                listed.push_back(item.code);
+        return SimpleChoice::ConvertAll;
+    };
+    prompter.expect(kToBasic, Answer::Yes).expect(kConversionWizardQuestion, Answer::No);
+    EXPECT_TRUE(space.CmMode(prompter));
+    EXPECT_EQ(summaries, std::vector<bool>{true});
+    EXPECT_EQ(intro, kSwitchIntro);
+    EXPECT_EQ(listed, (std::vector<int>{3, 9, 10, 17}));
+    EXPECT_EQ(space.problems, 0x8u | 0x40 | 0x100 | 0x20000);
+    EXPECT_TRUE(space.basicMode());
+    EXPECT_EQ(CheckForSimple(space.image).problems, 0u);
+    EXPECT_EQ(space.image.dir[0].dirText[0], '&');
+    EXPECT_TRUE(space.DatabaseChanged);
+    EXPECT_EQ(modeChanges, 1);
+    EXPECT_TRUE(prompter.finished());
+
+    prompter.expect(kToAdvanced, Answer::Yes);
+    EXPECT_TRUE(space.CmMode(prompter));
+    EXPECT_EQ(summaries, (std::vector<bool>{true, false}));
+}
+
+TEST_F(WorkspaceTest, StayingInAdvancedLeavesTheImageAsItWas)
+{
+    space.InitFile(prompter);
+    const Database before = space.image;
+    space.showSimpleWarning = [](SimpleWarning&) { return SimpleChoice::StayAdvanced; };
+    prompter.expect(kToBasic, Answer::No);
+    EXPECT_FALSE(space.CmMode(prompter));
+    EXPECT_EQ(space.image, before);
+    EXPECT_FALSE(space.DatabaseChanged);
+    EXPECT_EQ(modeChanges, 0);
+}
+
+TEST_F(WorkspaceTest, OpeningABasicFileThatDoesNotFitOffersTheConversion)
+{
+    space.InitFile(prompter);
+    Database file = basicImage();
+    file.group[4].enabled = 1;
+    const char voice[] = "V2&";
+    std::copy(voice, voice + sizeof voice, file.dir[4].dirText.begin());
+    writeImage("odd.dat", file);
+
+    std::string intro;
+    space.showSimpleWarning = [&](SimpleWarning& warning) {
+        intro = warning.items()[0].text;
+        return SimpleChoice::StayAdvanced;
+    };
+    ASSERT_TRUE(space.openFile((dir / "odd.dat").string(), prompter));
+    EXPECT_EQ(intro, kOpenedIntro);
+    EXPECT_FALSE(space.basicMode());
+    EXPECT_EQ(space.image.group[4].enabled, 1);
+    EXPECT_TRUE(space.DatabaseChanged) << "the image no longer matches its file";
+    EXPECT_EQ(modeChanges, 2) << "into Basic with the file, and back";
+
+    int wizards = 0;
+    space.runBasicWizard = [&] { ++wizards; };
+    space.showSimpleWarning = [](SimpleWarning&) { return SimpleChoice::KeepDirectories; };
+    prompter.expect(kConversionWizardQuestion, Answer::Yes);
+    ASSERT_TRUE(space.openFile((dir / "odd.dat").string(), prompter));
+    EXPECT_TRUE(space.basicMode());
+    EXPECT_EQ(space.image.group[4].enabled, 0);
+    EXPECT_EQ(space.image.dir[4], file.dir[4]);
+    EXPECT_EQ(wizards, 1);
+    EXPECT_TRUE(prompter.finished());
 }
