@@ -1,6 +1,8 @@
 #include "gui/shell/main_window.h"
 
 #include "core/shell/text_form_commands.h"
+#include "gui/basic/rules_dialog.h"
+#include "gui/basic/simple_warning_dialog.h"
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
 
@@ -60,6 +62,17 @@ Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent) : QMainWin
     buildMenus();
 
     space.ChangeMode = [this] { ChangeMode(); };
+    space.showRulesSummary = [this](bool basic) {
+        if (basic)
+            SimpleRulesDialog(this).exec();
+        else
+            AdvancedRulesDialog(this).exec();
+    };
+    space.showSimpleWarning = [this](SimpleWarning& warning) {
+        SimpleWarningDialog dialog(warning, *activePrompter, this);
+        dialog.exec();
+        return dialog.choice();
+    };
     space.InitFile(*activePrompter);
     updateCommands();
     // The start-up report waits until the window is up, as it always has.

@@ -1,11 +1,13 @@
 #include "core/database/defaults.h"
 #include "gui/shell/main_window.h"
+#include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 
 #include <gtest/gtest.h>
 
@@ -80,6 +82,8 @@ TEST_F(MainWindow, ModeCommandSwitchesMenusAndSaveAsRetitles)
 {
     QApplication::processEvents();
     EXPECT_FALSE(action("actionRunWizard")->isVisible());
+    rk4::test::whenDialogOpens(
+        [](QDialog* warning) { rk4::test::child<QPushButton>(warning, "convertAllButton")->click(); });
     prompter
         .expect("Changing to the Basic mode will remove some programming options.\nDo you want to see a summary of "
                 "these limitations?",
