@@ -27,6 +27,8 @@ constexpr Verb kVerbs[] = {
     {"write-vocab", "FILE.bin [--port PORT]", "write a vocabulary (erases the unit's voices)", runWriteVocab},
     {"write-voices", "FILE.msg [--port PORT]", "write the voice messages to the unit", runWriteVoices},
     {"read-voices", "OUT.msg [--port PORT]", "read the unit's voice messages into a file", runReadVoices},
+    {"check-basic", "FILE.dat", "list what keeps a configuration from Basic mode", runCheckBasic},
+    {"to-basic", "FILE.dat OUT.dat [--keep-directories]", "convert a configuration to Basic mode", runToBasic},
 };
 
 void printOverview(std::ostream& out)

@@ -47,5 +47,7 @@ int runDiff(const Arguments& args, Context& context);
 int runWriteVocab(const Arguments& args, Context& context);
 int runWriteVoices(const Arguments& args, Context& context);
 int runReadVoices(const Arguments& args, Context& context);
+int runCheckBasic(const Arguments& args, Context& context);
+int runToBasic(const Arguments& args, Context& context);
 
 } // namespace rk4::cli
