@@ -16,7 +16,8 @@ inline constexpr char kDetailTitle[] = "Basic Configuration Infomation";
 inline constexpr char kOpenedIntro[] =
     "The Rk4 database that you have opened is not configured for the Basic mode of operation.";
 inline constexpr char kSwitchIntro[] = "The Rk4 database is not presently configured for the Basic mode of operation.";
-inline constexpr char kListedBelow[] = "The settings that are not compatible with a Basic configuration are listed below.";
+inline constexpr char kListedBelow[] =
+    "The settings that are not compatible with a Basic configuration are listed below.";
 inline constexpr char kConversionWizardQuestion[] =
     "Do you want to use the Basic Wizard?\nIf you select No, a default Basic database will be created.";
 

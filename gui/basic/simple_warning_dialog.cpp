@@ -16,8 +16,7 @@ namespace {
 // The two introduction lines head the dialog; the problems follow in the list.
 constexpr int kIntroLines = 2;
 
-QPushButton* addButton(QBoxLayout* layout, QWidget* parent, const QString& text, const char* name,
-                       const QString& help)
+QPushButton* addButton(QBoxLayout* layout, QWidget* parent, const QString& text, const char* name, const QString& help)
 {
     auto* button = new QPushButton(text, parent);
     button->setObjectName(name);

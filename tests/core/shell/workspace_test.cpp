@@ -310,13 +310,22 @@ TEST_F(WorkspaceTest, SwitchingToBasicShowsTheRulesAndProblemsAndConvertAllBuild
     std::vector<int> listed;
     std::string intro;
     space.showRulesSummary = [&](bool basic) { summaries.push_back(basic); };
+    const Database before = space.image;
+    SimpleChoice choice = SimpleChoice::StayAdvanced;
     space.showSimpleWarning = [&](SimpleWarning& warning) {
         intro = warning.items()[0].text;
+        listed.clear();
         for (const auto& item : warning.items())
             if (item.code >= 0)
                 listed.push_back(item.code);
-        return SimpleChoice::ConvertAll;
+        return choice;
     };
+    prompter.expect(kToBasic, Answer::No);
+    EXPECT_FALSE(space.CmMode(prompter));
+    EXPECT_EQ(space.image, before);
+    EXPECT_FALSE(space.DatabaseChanged);
+
+    choice = SimpleChoice::ConvertAll;
     prompter.expect(kToBasic, Answer::Yes).expect(kConversionWizardQuestion, Answer::No);
     EXPECT_TRUE(space.CmMode(prompter));
     EXPECT_EQ(summaries, std::vector<bool>{true});
@@ -333,18 +342,6 @@ TEST_F(WorkspaceTest, SwitchingToBasicShowsTheRulesAndProblemsAndConvertAllBuild
     prompter.expect(kToAdvanced, Answer::Yes);
     EXPECT_TRUE(space.CmMode(prompter));
     EXPECT_EQ(summaries, (std::vector<bool>{true, false}));
-}
-
-TEST_F(WorkspaceTest, StayingInAdvancedLeavesTheImageAsItWas)
-{
-    space.InitFile(prompter);
-    const Database before = space.image;
-    space.showSimpleWarning = [](SimpleWarning&) { return SimpleChoice::StayAdvanced; };
-    prompter.expect(kToBasic, Answer::No);
-    EXPECT_FALSE(space.CmMode(prompter));
-    EXPECT_EQ(space.image, before);
-    EXPECT_FALSE(space.DatabaseChanged);
-    EXPECT_EQ(modeChanges, 0);
 }
 
 TEST_F(WorkspaceTest, OpeningABasicFileThatDoesNotFitOffersTheConversion)

@@ -1,5 +1,4 @@
 #include "core/basic/simple_check.h"
-#include "core/database/defaults.h"
 #include "gui/basic/simple_warning_dialog.h"
 #include "gui/shell/main_window.h"
 #include "tests/support/gui_helpers.h"
@@ -65,30 +64,12 @@ TEST(SimpleWarningDialog, SwitchingAnAdvancedImageThatBreaksThreeRulesListsThemA
     window.findChild<QAction*>("actionMode")->trigger();
 
     EXPECT_TRUE(rulesShown);
-    EXPECT_EQ(listed, (QStringList{"Point 1, 2, 3, 4, 5, 6, 7 and 8 are not set for digital operation.",
-                                   "Point 9, 10 and 11 are not set up as outputs.",
-                                   "Group 4 is enabled and should not be."}));
+    EXPECT_EQ(listed,
+              (QStringList{"Point 1, 2, 3, 4, 5, 6, 7 and 8 are not set for digital operation.",
+                           "Point 9, 10 and 11 are not set up as outputs.", "Group 4 is enabled and should not be."}));
     EXPECT_TRUE(explanation.startsWith("Only Groups 1 and 2 are used in Basic mode.")) << explanation.toStdString();
     EXPECT_TRUE(space.basicMode());
     EXPECT_EQ(CheckForSimple(space.image).problems, 0u);
     EXPECT_TRUE(window.findChild<QAction*>("actionMode")->isChecked());
     EXPECT_TRUE(prompter.finished());
-}
-
-TEST(SimpleWarningDialog, DetailsShowTheExplanationAndClosingStaysAdvanced)
-{
-    Database db;
-    db.gen.basicMode = 1;
-    ClearDatabase(db, false);
-    db.alm[4].latching = 1;
-    SimpleWarning warning(db, true);
-    ScriptedPrompter prompter;
-    gui::SimpleWarningDialog dialog(warning, prompter, nullptr);
-    EXPECT_TRUE(child<QLabel>(&dialog, "introLabel")->text().startsWith(kOpenedIntro));
-    child<QPushButton>(&dialog, "detailButton")->click();
-    ASSERT_EQ(prompter.messages().size(), 1u);
-    EXPECT_EQ(prompter.messages()[0].title, "Basic Configuration Infomation");
-    EXPECT_EQ(prompter.messages()[0].text, detailText(kRuleAlarmLatching));
-    dialog.reject();
-    EXPECT_EQ(dialog.choice(), SimpleChoice::StayAdvanced);
 }
