@@ -1,5 +1,6 @@
 #include "core/basic/simple_warning.h"
 
+#include "core/common/text.h"
 #include "core/database/defaults.h"
 
 namespace rk4 {
@@ -62,14 +63,7 @@ LineTexts lineTexts(const Database& db, int code)
 
 std::string MakeNumberList(const SimpleCheck& check, int code)
 {
-    const std::vector<int> numbers = offenderNumbers(check, code);
-    std::string text;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (i > 0)
-            text += i + 1 == numbers.size() ? " and " : ", ";
-        text += std::to_string(numbers[i]);
-    }
-    return text;
+    return joinWithAnd(offenderNumbers(check, code));
 }
 
 std::string problemLine(const SimpleCheck& check, const Database& db, int code)
