@@ -21,8 +21,7 @@ int runNew(const Arguments& args, Context& context)
     ClearDatabase(db, false);
     const FileOutcome status = writeImageFile(parsed.positional[0], db);
     if (!status) {
-        context.err << "File Error:" << fileStatusText(status.status) << "(" << parsed.positional[0] << ")"
-                    << (status.cause.empty() ? "" : " " + status.cause) << "\n";
+        printFileError(context, status, parsed.positional[0]);
         return 1;
     }
     context.out << "Wrote " << (db.gen.basicMode ? "Basic" : "Advanced") << " defaults to " << parsed.positional[0]

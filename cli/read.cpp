@@ -25,8 +25,7 @@ int runRead(const Arguments& args, Context& context)
         return 1;
     const FileOutcome saved = writeImageFile(target, workspace.image);
     if (!saved) {
-        context.err << "File Error:" << fileStatusText(saved.status) << "(" << target << ")"
-                    << (saved.cause.empty() ? "" : " " + saved.cause) << "\n";
+        printFileError(context, saved, target);
         return 1;
     }
     context.out << "Saved " << target << " (" << (workspace.basicMode() ? "Basic" : "Advanced") << " mode)\n";

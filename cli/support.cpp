@@ -22,11 +22,16 @@ std::optional<Database> loadImage(const std::string& path, Context& context)
     Database db;
     const FileOutcome status = readImageFile(path, db);
     if (!status) {
-        context.err << "File Error:" << fileStatusText(status.status) << "(" << path << ")"
-                    << (status.cause.empty() ? "" : " " + status.cause) << "\n";
+        printFileError(context, status, path);
         return std::nullopt;
     }
     return db;
+}
+
+void printFileError(Context& context, const FileOutcome& outcome, const std::string& path)
+{
+    context.err << "File Error:" << fileStatusText(outcome.status) << "(" << path << ")"
+                << (outcome.cause.empty() ? "" : " " + outcome.cause) << "\n";
 }
 
 bool Parsed::has(const std::string& flag) const { return std::find(flags.begin(), flags.end(), flag) != flags.end(); }

@@ -6,6 +6,7 @@
 #include "core/common/prompter.h"
 #include "core/database/compare.h"
 #include "core/database/database.h"
+#include "core/database/file.h"
 
 #include <optional>
 #include <string>
@@ -29,6 +30,9 @@ class StreamPrompter : public Prompter {
 // Loads FILE.dat as the Open command does (name, size), without repairs.
 // Prints the system's message and returns nothing on failure.
 std::optional<Database> loadImage(const std::string& path, Context& context);
+
+// Prints a failed file outcome: the system's message, then the file and the cause.
+void printFileError(Context& context, const FileOutcome& outcome, const std::string& path);
 
 // Positional arguments, with the flags named in `flags` removed and reported.
 struct Parsed {

@@ -25,9 +25,9 @@ int runToBasic(const Arguments& args, Context& context)
     else
         Change2Simple(*db);
     const std::string& out = parsed.positional[1];
-    const FileStatus status = writeImageFile(out, *db);
-    if (status != FileStatus::Ok) {
-        context.err << "File Error:" << fileStatusText(status) << "(" << out << ")\n";
+    const FileOutcome status = writeImageFile(out, *db);
+    if (!status) {
+        printFileError(context, status, out);
         return 1;
     }
     context.out << "Wrote a Basic configuration" << (keepDirectories ? " with the directories kept" : "") << " to "
