@@ -1,7 +1,10 @@
 #include "cli/support.h"
 
+#include "core/common/text.h"
 #include "core/database/validators.h"
+#include "core/report/summary.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace rk4::cli {
@@ -48,16 +51,26 @@ int runInfo(const Arguments& args, Context& context)
         }
     out << (any ? " enabled\n" : " none enabled\n");
 
-    out << "Points:\n";
+    out << "Points:      number, name, type, port, state, groups\n";
     any = false;
     for (int p = 0; p < kPointCount; ++p) {
         const PointRecord& point = db->alm[p];
         if (point.type == kPointUnused)
             continue;
         any = true;
+        std::vector<int> groups;
+        for (int g = 0; g < 8; ++g)
+            if (point.groupMask & (1u << g))
+                groups.push_back(g + 1);
+        auto column = [](std::string text, std::size_t width) {
+            text.resize(std::max(text.size(), width), ' ');
+            return text;
+        };
         const std::string name = trimmed(nameText(point.name));
-        out << "  " << (p + 1 < 10 ? " " : "") << p + 1 << "  " << (point.isOutput ? "output " : "input  ")
-            << point.port + 1 << "  " << (point.inactive ? "inactive" : "active  ") << "  " << name << "\n";
+        out << "  " << (p + 1 < 10 ? " " : "") << p + 1 << "  " << column(name.empty() ? "(no name)" : name, 16)
+            << "  " << column(pointTypeWord(point.type), 10) << "  " << (point.isOutput ? "output " : "input  ")
+            << point.port + 1 << "  " << (point.inactive ? "inactive" : "active  ") << "  "
+            << (groups.empty() ? std::string("no group") : groupsText(groups)) << "\n";
     }
     if (!any)
         out << "  none in use\n";

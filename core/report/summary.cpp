@@ -247,20 +247,6 @@ std::vector<std::string> simgenLines(const Database& db)
     return out;
 }
 
-const char* pointTypeWord(std::uint8_t type)
-{
-    switch (type) {
-    case kPointUnused: return "Unused";
-    case kPointDigital: return "Digital";
-    case kPointWatchdog: return "Watchdog";
-    case kPointInterval: return "Interval";
-    case kPointAnalog: return "Analog";
-    case kPointTotalizer: return "Totalizer";
-    case kPointOnOffOutput: return "On/Off Out";
-    case kPointTimerOutput: return "Timer Out";
-    default: return "Unknown";
-    }
-}
 
 // An analog word as the technician entered it: the signed integer with its
 // decimal places put back.
@@ -484,6 +470,21 @@ std::vector<std::string> simoutLines(const Database& db)
 }
 
 } // namespace
+
+const char* pointTypeWord(std::uint8_t type)
+{
+    switch (type) {
+    case kPointUnused: return "Unused";
+    case kPointDigital: return "Digital";
+    case kPointWatchdog: return "Watchdog";
+    case kPointInterval: return "Interval";
+    case kPointAnalog: return "Analog";
+    case kPointTotalizer: return "Totalizer";
+    case kPointOnOffOutput: return "On/Off Out";
+    case kPointTimerOutput: return "Timer Out";
+    default: return "Unknown";
+    }
+}
 
 std::string bannerLine() { return std::string(kBanner) + " " + kMakerName; }
 

@@ -30,6 +30,9 @@ inline constexpr int kLinesPerPage = 50;
 
 std::string bannerLine();
 
+// A point type as the pages and the command line name it ("Digital", "Timer Out").
+const char* pointTypeWord(std::uint8_t type);
+
 // The category's title on its page `page` (from 0).
 std::string categoryTitle(Category category, int page);
 

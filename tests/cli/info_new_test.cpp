@@ -21,8 +21,10 @@ TEST(CommandLine, NewWritesDefaultsThatInfoDescribes)
     EXPECT_EQ(info.code, 0);
     EXPECT_NE(info.out.find("Mode:        Basic"), std::string::npos) << info.out;
     EXPECT_NE(info.out.find("Groups:      1 2 enabled"), std::string::npos) << info.out;
-    EXPECT_NE(info.out.find(" 1  input  1  active"), std::string::npos) << info.out;
-    EXPECT_NE(info.out.find(" 9  output 1  inactive"), std::string::npos) << info.out;
+    EXPECT_NE(info.out.find("\n   1  (no name)         Digital     input  1  active    Group 1\n"), std::string::npos)
+        << info.out;
+    EXPECT_NE(info.out.find("\n   9  (no name)         On/Off Out  output 1  inactive  Group 1\n"), std::string::npos)
+        << info.out;
 }
 
 TEST(CommandLine, BadFilesGiveTheSystemsMessageAndAFailure)
