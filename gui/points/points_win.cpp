@@ -1,5 +1,6 @@
 #include "gui/points/points_win.h"
 
+#include "gui/points/calib_dialog.h"
 #include "gui/points/point_dialog.h"
 
 #include <QHBoxLayout>
@@ -12,7 +13,7 @@
 namespace rk4::gui {
 
 PointsWin::PointsWin(Workspace& space, Prompter& prompter, QWidget* parent)
-    : EditorWindow(prompter, parent), points(space)
+    : EditorWindow(prompter, parent), space(space), points(space)
 {
     setObjectName("pointsWindow");
     setWindowTitle("POINTS");
@@ -90,6 +91,10 @@ void PointsWin::EditLine()
         return;
     points.selected = list->currentRow();
     points.EditLine([this](PointEditor& point) {
+        point.calibrate = [this](PointEditor&, PointRecord& record) {
+            CalibDialog calibration(space, record, prompter, this);
+            calibration.exec();
+        };
         PointDialog dialog(point, prompter, this);
         dialog.exec();
     });

@@ -25,6 +25,7 @@ class PointsWin : public EditorWindow {
     void refresh();
 
   private:
+    Workspace& space;
     PointsEditor points;
     QLabel* heading = nullptr;
     QListWidget* list = nullptr;

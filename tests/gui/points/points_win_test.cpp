@@ -1,3 +1,4 @@
+#include "core/points/point_editor.h"
 #include "gui/points/points_win.h"
 #include "gui/shell/main_window.h"
 #include "tests/support/gui_helpers.h"
@@ -9,6 +10,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -124,6 +126,44 @@ TEST_F(PointsWinTest, MovingAPointReopensTheEditorOfItsNewPort)
     EXPECT_EQ(prompter.texts()[0], "This output is being used for a special function and cannot be used as a point.");
     EXPECT_TRUE(child<QListWidget>(window, "pointList")->item(0)->text().contains("ON/OFF OUT O/P 3"));
     EXPECT_TRUE(prompter.finished());
+}
+
+TEST_F(PointsWinTest, CalibrationFromTheAnalogEditorIsStoredInThePoint)
+{
+    space.image.hardware.port[3].typeFlags = 0x10;
+    space.image.alm[2].type = kPointAnalog;
+    space.image.alm[2].port = 3;
+    ApplyTypeDefaults(space.image.alm[2]);
+    space.cfg.bytes[1] = 1; // limits in counts
+    PointsWin* window = openPoints();
+    ASSERT_NE(window, nullptr);
+    child<QListWidget>(window, "pointList")->setCurrentRow(2);
+    whenDialogOpens([](QDialog* analog) {
+        EXPECT_EQ(analog->objectName(), "AnalogPointDialog");
+        whenDialogOpens([](QDialog* calibration) {
+            EXPECT_EQ(calibration->windowTitle(), "Calibration");
+            EXPECT_EQ(child<QLabel>(calibration, "lowResetLabel")->text(), "+034.5");
+            auto* maximum = child<QLineEdit>(calibration, "decimalMaximumEdit");
+            maximum->setText("0.8");
+            child<QLineEdit>(calibration, "decimalMinimumEdit")->setText("0.2");
+            child<QPushButton>(calibration, "okButton")->click();
+            EXPECT_TRUE(calibration->isVisible()) << "equal integer parts are refused";
+            child<QLineEdit>(calibration, "decimalMinimumEdit")->setText("0");
+            maximum->setText("50.5");
+            child<QLineEdit>(calibration, "lowSetpointEdit")->setText("10");
+            child<QLineEdit>(calibration, "highSetpointEdit")->setText("40");
+            child<QPushButton>(calibration, "okButton")->click();
+        });
+        child<QPushButton>(analog, "calibrateButton")->click();
+        child<QPushButton>(analog, "exitButton")->click();
+    });
+    child<QPushButton>(window, "editButton")->click();
+    EXPECT_EQ(prompter.texts(), std::vector<std::string>{"The Decimal Minimum and Decimal Maximum cannot be equal."});
+    const PointRecord& point = window->core().copy()[2];
+    EXPECT_EQ(point.decimalPlaces, 2);
+    EXPECT_EQ(point.decimalMaximum, 5050);
+    EXPECT_EQ(point.lowSetpoint, 50); // 10 * 255 / 50.5 = 50.5
+    EXPECT_TRUE(child<QListWidget>(window, "pointList")->item(2)->text().contains("Range: 0.00 to 50.50"));
 }
 
 } // namespace
