@@ -62,13 +62,9 @@ int runInfo(const Arguments& args, Context& context)
         for (int g = 0; g < 8; ++g)
             if (point.groupMask & (1u << g))
                 groups.push_back(g + 1);
-        auto column = [](std::string text, std::size_t width) {
-            text.resize(std::max(text.size(), width), ' ');
-            return text;
-        };
         const std::string name = trimmed(nameText(point.name));
-        out << "  " << (p + 1 < 10 ? " " : "") << p + 1 << "  " << column(name.empty() ? "(no name)" : name, 16)
-            << "  " << column(pointTypeWord(point.type), 10) << "  " << (point.isOutput ? "output " : "input  ")
+        out << "  " << (p + 1 < 10 ? " " : "") << p + 1 << "  " << padRight(name.empty() ? "(no name)" : name, 16)
+            << "  " << padRight(pointTypeWord(point.type), 10) << "  " << (point.isOutput ? "output " : "input  ")
             << point.port + 1 << "  " << (point.inactive ? "inactive" : "active  ") << "  "
             << (groups.empty() ? std::string("no group") : groupsText(groups)) << "\n";
     }

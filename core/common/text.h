@@ -30,6 +30,14 @@ inline std::string joinWithCommas(const std::vector<int>& numbers)
     return text;
 }
 
+// Text followed by blanks up to `width`: the columns of list lines and pages.
+inline std::string padRight(std::string text, std::size_t width)
+{
+    if (text.size() < width)
+        text.append(width - text.size(), ' ');
+    return text;
+}
+
 // "Group 1" or "Groups 1, 2 and 4".
 inline std::string groupsText(const std::vector<int>& groups)
 {

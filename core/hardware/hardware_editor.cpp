@@ -11,13 +11,6 @@ namespace {
 constexpr std::size_t kTypeColumnWidth = 11;
 constexpr char kIndent[] = "     ";
 
-std::string padRight(std::string text, std::size_t width)
-{
-    if (text.size() < width)
-        text.append(width - text.size(), ' ');
-    return text;
-}
-
 // A stored count as the list shows it: seconds text, or whole minutes.
 std::string countText(std::uint16_t count, bool minutes)
 {

@@ -16,13 +16,6 @@ constexpr std::size_t kNameWidth = 16;
 constexpr std::size_t kTypeWidth = 10;
 constexpr std::size_t kPortWidth = 6;
 
-std::string padRight(std::string text, std::size_t width)
-{
-    if (text.size() < width)
-        text.append(width - text.size(), ' ');
-    return text;
-}
-
 const char* typeWord(std::uint8_t type)
 {
     switch (type) {

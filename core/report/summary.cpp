@@ -18,13 +18,6 @@ namespace {
 constexpr std::size_t kLabelWidth = 32;
 constexpr std::size_t kNumberWidth = 5;
 
-std::string padRight(std::string text, std::size_t width)
-{
-    if (text.size() < width)
-        text.append(width - text.size(), ' ');
-    return text;
-}
-
 std::string trimmed(const Name& name)
 {
     std::string text = nameText(name);
