@@ -3,12 +3,8 @@
 #include "gui/points/calib_dialog.h"
 #include "gui/points/point_dialog.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
-#include <QStyle>
-#include <QVBoxLayout>
 
 namespace rk4::gui {
 
@@ -37,36 +33,11 @@ PointsWin::PointsWin(Workspace& space, Prompter& prompter, QWidget* parent)
             points.selected = row;
     });
 
-    auto* edit = new QPushButton("&Edit Line", this);
-    edit->setObjectName("editButton");
-    edit->setWhatsThis("Edit the selected point.");
-    auto* exit = new QPushButton("E&xit", this);
-    exit->setObjectName("exitButton");
-    exit->setWhatsThis("Close the window and keep the changes.");
-    auto* cancel = new QPushButton("&Cancel", this);
-    cancel->setObjectName("cancelButton");
-    cancel->setWhatsThis("Close the window without keeping the changes.");
-    connect(edit, &QPushButton::clicked, this, &PointsWin::EditLine);
-    connect(exit, &QPushButton::clicked, this, &PointsWin::CmWinExit);
-    connect(cancel, &QPushButton::clicked, this, &PointsWin::CmWinCancel);
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(edit);
-    buttons->addStretch(1);
-    buttons->addWidget(exit);
-    buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(heading);
-    layout->addWidget(list, 1);
-    layout->addLayout(buttons);
+    layOutLineList(heading, "Edit the selected point.");
 
     points.SetupWindow();
     refresh();
     list->setCurrentRow(0);
-
-    // The heading stands over the list's text columns.
-    heading->setIndent(list->frameWidth() + list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, list) +
-                       1);
 }
 
 QSize PointsWin::sizeHint() const

@@ -3,6 +3,11 @@
 #include "gui/shell/main_window.h"
 
 #include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
@@ -61,6 +66,35 @@ void EditorWindow::bindLineList(QListWidget* list, std::function<void()> editLin
         connect(edit, &QAction::triggered, this, [this] { editLineHandler(); });
         menu.exec(lineList->viewport()->mapToGlobal(position));
     });
+}
+
+void EditorWindow::layOutLineList(QLabel* heading, const QString& editWhatsThis)
+{
+    auto* edit = new QPushButton("&Edit Line", this);
+    edit->setObjectName("editButton");
+    edit->setWhatsThis(editWhatsThis);
+    auto* exit = new QPushButton("E&xit", this);
+    exit->setObjectName("exitButton");
+    exit->setWhatsThis("Close the window and keep the changes.");
+    auto* cancel = new QPushButton("&Cancel", this);
+    cancel->setObjectName("cancelButton");
+    cancel->setWhatsThis("Close the window without keeping the changes.");
+    connect(edit, &QPushButton::clicked, this, [this] { editLineHandler(); });
+    connect(exit, &QPushButton::clicked, this, &EditorWindow::CmWinExit);
+    connect(cancel, &QPushButton::clicked, this, &EditorWindow::CmWinCancel);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(edit);
+    buttons->addStretch(1);
+    buttons->addWidget(exit);
+    buttons->addWidget(cancel);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(heading);
+    layout->addWidget(lineList, 1);
+    layout->addLayout(buttons);
+
+    heading->setIndent(lineList->frameWidth() +
+                       lineList->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, lineList) + 1);
 }
 
 bool EditorWindow::eventFilter(QObject* watched, QEvent* event)

@@ -12,6 +12,7 @@
 
 #include <functional>
 
+class QLabel;
 class QListWidget;
 class QMdiSubWindow;
 
@@ -39,6 +40,9 @@ class EditorWindow : public QWidget {
     // A list whose lines are edited: double click, Enter and the context
     // menu's "Edit Line" call `editLine`; Escape leaves as Cancel does.
     void bindLineList(QListWidget* list, std::function<void()> editLine);
+    // The list window's shape: the heading over the bound list, then Edit Line,
+    // Exit and Cancel; the heading is indented to stand over the text columns.
+    void layOutLineList(QLabel* heading, const QString& editWhatsThis);
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     Prompter& prompter;
