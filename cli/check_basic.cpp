@@ -3,17 +3,19 @@
 #include "core/basic/simple_warning.h"
 #include "core/database/defaults.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
-int runCheckBasic(const Arguments& args, Context& context)
+namespace {
+
+int checkBasic(const std::string& file, Context& context)
 {
-    const Parsed parsed = parseArguments(args);
-    if (parsed.positional.size() != 1 || !parsed.flags.empty())
-        return usageError(context, "check-basic", "expected one FILE.dat");
-    auto db = loadImage(parsed.positional[0], context);
+    auto db = loadImage(file, context);
     if (!db)
         return 2;
     // Checked as the window would see it after Open.
@@ -29,6 +31,17 @@ int runCheckBasic(const Arguments& args, Context& context)
     for (const auto& item : warning.items())
         context.out << item.text << "\n";
     return 1;
+}
+
+} // namespace
+
+VerbBody addCheckBasicVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("check-basic", "List what keeps a configuration from Basic mode");
+    auto file = std::make_shared<std::string>();
+    verb->add_option("FILE.dat", *file, "The configuration")->required();
+    verb->footer("Exit status: 0 it fits Basic mode, 1 something keeps it from Basic mode, 2 unreadable.");
+    return [file, &context] { return checkBasic(*file, context); };
 }
 
 } // namespace rk4::cli

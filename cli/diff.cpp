@@ -3,11 +3,19 @@
 #include "core/database/compare.h"
 #include "core/database/text_form.h"
 
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
 namespace {
+
+struct DiffOptions {
+    std::vector<std::string> files;
+    TransferOptions line;
+};
 
 // A .dat or a .yaml file, read the way export and import read them.
 std::optional<Database> loadConfiguration(const std::string& path, Context& context)
@@ -16,30 +24,30 @@ std::optional<Database> loadConfiguration(const std::string& path, Context& cont
         return loadImage(path, context);
     const ImportResult imported = readTextFormFile(path);
     if (!imported.db)
-        context.err << path << ": " << textFormErrorText(imported.error) << "\n";
+        printMessage(context.err, textFormErrorText(imported.error), path);
     return imported.db;
 }
 
-} // namespace
-
-int runDiff(const Arguments& args, Context& context)
+int diff(const DiffOptions& options, Context& context)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    const bool unit = parsed.option("--port").has_value();
-    if (!parsed.flags.empty() || parsed.positional.size() != (unit ? 1u : 2u))
-        return usageError(context, "diff", "expected two configurations, or one and --port");
-    const std::string& first = parsed.positional[0];
+    const bool unit = options.line.port.has_value();
+    if (options.files.size() != (unit ? 1u : 2u)) {
+        printMessage(context.err, "rk4 diff: expected two configurations, or one and --port",
+                     "Try 'rk4 diff --help'.");
+        return 2;
+    }
+    const std::string& first = options.files[0];
     const auto expected = loadConfiguration(first, context);
     if (!expected)
         return 2;
     Workspace workspace;
     std::string second = "the unit";
     if (unit) {
-        const auto read = receiveDatabase(parsed, workspace, context);
+        const auto read = receiveDatabase(options.line, workspace, context);
         if (!read || !*read)
             return 2;
     } else {
-        second = parsed.positional[1];
+        second = options.files[1];
         const auto loaded = loadConfiguration(second, context);
         if (!loaded)
             return 2;
@@ -48,6 +56,21 @@ int runDiff(const Arguments& args, Context& context)
     return reportDifferences(compareDatabases(*expected, workspace.image),
                              {first, second, "in " + first, "in " + second},
                              first + " and " + second + " hold the same configuration", context);
+}
+
+} // namespace
+
+VerbBody addDiffVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("diff", "Name every field that differs (.dat, .yaml or the unit)");
+    auto options = std::make_shared<DiffOptions>();
+    verb->add_option("A B", options->files, "Two configurations, or one with --port to compare with the unit")
+        ->required()
+        ->expected(1, 2);
+    addTransferOptions(*verb, options->line);
+    verb->footer("Exit status: 0 the same, 1 some field differs, 2 no comparison could be made.\n\n" +
+                 verb->get_footer());
+    return [options, &context] { return diff(*options, context); };
 }
 
 } // namespace rk4::cli

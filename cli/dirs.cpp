@@ -2,7 +2,10 @@
 
 #include "core/database/directory_codec.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
@@ -26,16 +29,11 @@ std::string printable(const std::string& text)
     return out;
 }
 
-} // namespace
-
-int runDirs(const Arguments& args, Context& context)
+int dirs(const std::string& file, Context& context)
 {
-    const Parsed parsed = parseArguments(args);
-    if (parsed.positional.size() != 1 || !parsed.flags.empty())
-        return usageError(context, "dirs", "expected one FILE.dat");
-    const auto db = loadImage(parsed.positional[0], context);
+    const auto db = loadImage(file, context);
     if (!db)
-        return 1;
+        return 2;
 
     auto& out = context.out;
     for (int d = 0; d < kDirectoryCount; ++d) {
@@ -51,6 +49,16 @@ int runDirs(const Arguments& args, Context& context)
             out << " " << (i + 1 < 10 ? " " : "") << i + 1 << "  " << printable(dirLineText(lines[i])) << "\n";
     }
     return 0;
+}
+
+} // namespace
+
+VerbBody addDirsVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("dirs", "List the lines of the six directories");
+    auto file = std::make_shared<std::string>();
+    verb->add_option("FILE.dat", *file, "The configuration file")->required();
+    return [file, &context] { return dirs(*file, context); };
 }
 
 } // namespace rk4::cli

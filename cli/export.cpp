@@ -2,32 +2,49 @@
 
 #include "core/database/text_form.h"
 
-#include <filesystem>
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
-int runExport(const Arguments& args, Context& context)
+namespace {
+
+struct ExportOptions {
+    std::string source;
+    std::string target; // empty: the text goes to standard output
+};
+
+int exportConfiguration(const ExportOptions& options, Context& context)
 {
-    const Parsed parsed = parseArguments(args);
-    if (!parsed.flags.empty() || parsed.positional.empty() || parsed.positional.size() > 2)
-        return usageError(context, "export", "expected FILE.dat and, optionally, OUT.yaml");
-    const auto db = loadImage(parsed.positional[0], context);
+    const auto db = loadImage(options.source, context);
     if (!db)
         return 2;
-    if (parsed.positional.size() == 1) {
+    if (options.target.empty()) {
         context.out << exportText(*db);
         return 0;
     }
-    const std::string& target = parsed.positional[1];
-    if (!isTextFormName(target))
-        return usageError(context, "export", "the text form is written to a .yaml file: " + target);
-    const SaveResult saved = writeTextFormFile(target, *db);
+    const SaveResult saved = writeTextFormFile(options.target, *db);
     if (!saved) {
-        context.err << "File Error: CANNOT WRITE FILE (" << target << ") " << saved.cause() << "\n";
+        printMessage(context.err, "File Error: CANNOT WRITE FILE", fileAndCause(options.target, saved.cause()));
         return 1;
     }
     return 0;
+}
+
+} // namespace
+
+VerbBody addExportVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("export", "Write a configuration as readable text");
+    auto options = std::make_shared<ExportOptions>();
+    verb->add_option("FILE.dat", options->source, "The configuration")->required();
+    verb->add_option("OUT.yaml", options->target, "The text file to write (default: standard output)")
+        ->check([](const std::string& name) {
+            return isTextFormName(name) ? std::string() : "the text form is written to a .yaml file: " + name;
+        });
+    return [options, &context] { return exportConfiguration(*options, context); };
 }
 
 } // namespace rk4::cli

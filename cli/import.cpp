@@ -3,31 +3,46 @@
 #include "core/database/file.h"
 #include "core/database/text_form.h"
 
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
+namespace {
+
+struct ImportOptions {
+    std::string source;
+    std::string target;
+};
+
 // The whole text is checked before anything is written, so a refused value
 // leaves OUT.dat exactly as it was.
-int runImport(const Arguments& args, Context& context)
+int importText(const ImportOptions& options, Context& context)
 {
-    const Parsed parsed = parseArguments(args);
-    if (!parsed.flags.empty() || parsed.positional.size() != 2)
-        return usageError(context, "import", "expected IN.yaml and OUT.dat");
-    const std::string& source = parsed.positional[0];
-    const std::string& target = parsed.positional[1];
-    const ImportResult imported = readTextFormFile(source);
+    const ImportResult imported = readTextFormFile(options.source);
     if (!imported.db) {
-        context.err << source << ": " << textFormErrorText(imported.error) << "\n";
+        printMessage(context.err, textFormErrorText(imported.error), options.source);
         return 2;
     }
-    const FileOutcome saved = writeImageFile(target, *imported.db);
+    const FileOutcome saved = writeImageFile(options.target, *imported.db);
     if (!saved) {
-        context.err << "File Error:" << fileStatusText(saved.status) << "(" << target << ")"
-                    << (saved.cause.empty() ? "" : " " + saved.cause) << "\n";
+        printFileError(context, saved, options.target);
         return 1;
     }
     return 0;
+}
+
+} // namespace
+
+VerbBody addImportVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("import", "Check a configuration's text and write its image");
+    auto options = std::make_shared<ImportOptions>();
+    verb->add_option("IN.yaml", options->source, "The text form")->required();
+    verb->add_option("OUT.dat", options->target, "The configuration file to write")->required();
+    return [options, &context] { return importText(*options, context); };
 }
 
 } // namespace rk4::cli

@@ -5,6 +5,9 @@
 #include "core/report/summary.h"
 
 #include <algorithm>
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
@@ -17,16 +20,11 @@ std::string trimmed(const std::string& text)
     return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }
 
-} // namespace
-
-int runInfo(const Arguments& args, Context& context)
+int info(const std::string& file, Context& context)
 {
-    const Parsed parsed = parseArguments(args);
-    if (parsed.positional.size() != 1)
-        return usageError(context, "info", "expected one FILE.dat");
-    const auto db = loadImage(parsed.positional[0], context);
+    const auto db = loadImage(file, context);
     if (!db)
-        return 1;
+        return 2;
 
     auto& out = context.out;
     out << "Mode:        " << (db->gen.basicMode ? "Basic" : "Advanced") << "\n";
@@ -71,6 +69,16 @@ int runInfo(const Arguments& args, Context& context)
     if (!any)
         out << "  none in use\n";
     return 0;
+}
+
+} // namespace
+
+VerbBody addInfoVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("info", "Mode, site name and what is in use");
+    auto file = std::make_shared<std::string>();
+    verb->add_option("FILE.dat", *file, "The configuration file")->required();
+    return [file, &context] { return info(*file, context); };
 }
 
 } // namespace rk4::cli

@@ -3,45 +3,34 @@
 #include "core/database/file.h"
 #include "core/link/port_slots.h"
 
+#include <CLI/CLI.hpp>
+
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
 namespace {
 
-// "COM3", "COM 3" or "3" for slot 2.
-std::optional<int> slotOf(const std::string& text)
-{
-    std::string digits = text;
-    if (digits.rfind("COM", 0) == 0)
-        digits = digits.substr(3);
-    if (!digits.empty() && digits[0] == ' ')
-        digits = digits.substr(1);
-    if (digits.size() != 1 || digits[0] < '1' || digits[0] > '8')
-        return std::nullopt;
-    return digits[0] - '1';
-}
+struct PortsOptions {
+    std::string directory;
+    std::string port;
+    std::string device;
+};
 
-} // namespace
-
-int runPorts(const Arguments& args, Context& context)
+int ports(const PortsOptions& options, Context& context)
 {
-    const Parsed parsed = parseArguments(args, {"--dir"});
-    const std::filesystem::path directory = parsed.option("--dir").value_or(std::filesystem::current_path().string());
+    const std::filesystem::path directory =
+        options.directory.empty() ? std::filesystem::current_path() : std::filesystem::path(options.directory);
     const auto file = link::portBindingsPath(directory);
     link::PortBindings bindings = link::PortBindings::load(file);
 
-    if (parsed.positional.size() == 2) {
-        const auto slot = slotOf(parsed.positional[0]);
-        if (!slot)
-            return usageError(context, "ports", "the port is COM1 .. COM8");
-        bindings.bind(*slot, parsed.positional[1]);
+    if (!options.port.empty()) {
+        bindings.bind(*portSlotNumber(options.port), options.device);
         if (!bindings.save(file)) {
-            context.err << "File Error:" << kCannotOpenFile << "(" << file.string() << ")\n";
+            printMessage(context.err, kCannotOpenFile, fileAndCause(file.string(), checkSaveTarget(file).cause()));
             return 1;
         }
-    } else if (!parsed.positional.empty()) {
-        return usageError(context, "ports", "expected nothing, or a port and a device");
     }
 
     const auto config = readConfigFile(directory / kConfigFile);
@@ -53,6 +42,27 @@ int runPorts(const Arguments& args, Context& context)
         context.out << "\n";
     }
     return 0;
+}
+
+} // namespace
+
+VerbBody addPortsVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb =
+        rk4.add_subcommand("ports", "Show the serial ports, or bind one to a device")
+            ->footer("With no PORT the bindings are listed; the port marked * is the one saved in rk4.cfg.");
+    auto options = std::make_shared<PortsOptions>();
+    verb->add_option("--dir", options->directory, "The folder holding rk4.cfg and the bindings (default: here)");
+    verb->add_option("PORT", options->port, "COM1 .. COM8 (or COM 1, or 1) to bind, with DEVICE")
+        ->check([](const std::string& text) {
+            return portSlotNumber(text) ? std::string() : "the port is COM1 .. COM8, not " + text;
+        });
+    verb->add_option("DEVICE", options->device, "The device the port stands for");
+    verb->callback([options] {
+        if (!options->port.empty() && options->device.empty())
+            throw CLI::ValidationError("DEVICE", "a port is bound to a device: name both");
+    });
+    return [options, &context] { return ports(*options, context); };
 }
 
 } // namespace rk4::cli

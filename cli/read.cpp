@@ -2,23 +2,24 @@
 
 #include "core/database/file.h"
 
+#include <CLI/CLI.hpp>
+
 #include <ostream>
 
 namespace rk4::cli {
 
-int runRead(const Arguments& args, Context& context)
+namespace {
+
+int readDatabase(const FileTransfer& options, Context& context)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    if (const auto usage = checkTransferArguments(parsed, context, "read", "OUT.dat"))
-        return *usage;
-    const std::string& target = parsed.positional[0];
+    const std::string& target = options.file;
     // Refused before the transfer, so a read is never lost to a bad name.
     if (!CheckFileExt(std::filesystem::path(target).filename().string())) {
-        context.err << "File Error:" << kMustHaveDatExtension << "(" << target << ")\n";
-        return 1;
+        printMessage(context.err, kMustHaveDatExtension, target);
+        return 2;
     }
     Workspace workspace;
-    const auto read = receiveDatabase(parsed, workspace, context);
+    const auto read = receiveDatabase(options.line, workspace, context);
     if (!read)
         return 2;
     if (!*read)
@@ -30,6 +31,15 @@ int runRead(const Arguments& args, Context& context)
     }
     context.out << "Saved " << target << " (" << (workspace.basicMode() ? "Basic" : "Advanced") << " mode)\n";
     return 0;
+}
+
+} // namespace
+
+VerbBody addReadVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("read", "Read the unit's configuration into a file");
+    const auto options = addFileTransferOptions(*verb, "OUT.dat", "The file to save it in (its name must have .dat)");
+    return [options, &context] { return readDatabase(*options, context); };
 }
 
 } // namespace rk4::cli

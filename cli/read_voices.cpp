@@ -1,5 +1,7 @@
 #include "cli/transfer.h"
 
+#include <CLI/CLI.hpp>
+
 #include <ostream>
 
 namespace rk4::cli {
@@ -7,16 +9,15 @@ namespace rk4::cli {
 using link::ProgrammingSession;
 using link::TransferKind;
 
+namespace {
+
 // The voices stream through voice.tmp in the current directory, as in the
 // window; the named file takes the place of the save dialog.
-int runReadVoices(const Arguments& args, Context& context)
+int readVoices(const FileTransfer& options, Context& context)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    if (const auto usage = checkTransferArguments(parsed, context, "read-voices", "OUT.msg"))
-        return *usage;
-    const std::filesystem::path target = std::filesystem::absolute(parsed.positional[0]);
+    const std::filesystem::path target = std::filesystem::absolute(options.file);
     Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    const auto line = UnitLine::choose(options.line, workspace.workingDirectory(), context);
     if (!line)
         return 2;
     const bool read = runTransfer(*line, workspace, context, [&](ProgrammingSession& session, Millis now) {
@@ -24,8 +25,17 @@ int runReadVoices(const Arguments& args, Context& context)
     });
     if (!read)
         return 1;
-    context.out << "Saved " << parsed.positional[0] << " (" << std::filesystem::file_size(target) << " bytes)\n";
+    context.out << "Saved " << options.file << " (" << std::filesystem::file_size(target) << " bytes)\n";
     return 0;
+}
+
+} // namespace
+
+VerbBody addReadVoicesVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("read-voices", "Read the unit's voice messages into a file");
+    const auto options = addFileTransferOptions(*verb, "OUT.msg", "The file to save them in");
+    return [options, &context] { return readVoices(*options, context); };
 }
 
 } // namespace rk4::cli

@@ -3,8 +3,10 @@
 #include "core/report/summary.h"
 #include "core/report/text_pdf.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
-#include <fstream>
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
@@ -37,31 +39,30 @@ Category forMode(const std::string& name, Category category, bool basic)
     return category;
 }
 
-} // namespace
+struct SummaryOptions {
+    std::string file;
+    std::string category = "all";
+    std::string pdf;
+};
 
-int runSummary(const Arguments& args, Context& context)
+int summary(const SummaryOptions& options, Context& context)
 {
-    const Parsed parsed = parseArguments(args, {"--category", "--pdf"});
-    if (parsed.positional.size() != 1 || !parsed.flags.empty())
-        return usageError(context, "summary", "expected one FILE.dat");
-    const std::string name = parsed.option("--category").value_or("all");
     const auto found = std::find_if(std::begin(kCategories), std::end(kCategories),
-                                    [&](const CategoryName& entry) { return name == entry.name; });
-    if (found == std::end(kCategories))
-        return usageError(context, "summary", "unknown category '" + name + "'");
-    const auto db = loadImage(parsed.positional[0], context);
+                                    [&](const CategoryName& entry) { return options.category == entry.name; });
+    const auto db = loadImage(options.file, context);
     if (!db)
         return 2;
 
     Printout printout(*db);
-    printout.select(forMode(name, found->category, db->gen.basicMode != 0));
+    printout.select(forMode(options.category, found->category, db->gen.basicMode != 0));
     const std::vector<SummaryPage> pages = printout.allPages();
 
-    if (const auto pdfPath = parsed.option("--pdf")) {
-        std::ofstream file(*pdfPath, std::ios::binary | std::ios::trunc);
-        file << textPdf(pages);
-        if (!file.flush()) {
-            context.err << "File Error: CANNOT OPEN FILE (" << *pdfPath << ")\n";
+    if (!options.pdf.empty()) {
+        const std::string pdf = textPdf(pages);
+        const SaveResult saved =
+            writeFileAtomically(options.pdf, std::span(reinterpret_cast<const std::uint8_t*>(pdf.data()), pdf.size()));
+        if (!saved) {
+            printMessage(context.err, kCannotOpenFile, fileAndCause(options.pdf, saved.cause()));
             return 2;
         }
         return 0;
@@ -75,6 +76,22 @@ int runSummary(const Arguments& args, Context& context)
     }
     context.out << text;
     return 0;
+}
+
+} // namespace
+
+VerbBody addSummaryVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("summary", "Print the summary pages, a form feed between pages");
+    auto options = std::make_shared<SummaryOptions>();
+    verb->add_option("FILE.dat", options->file, "The configuration file")->required();
+    std::vector<std::string> names;
+    for (const CategoryName& entry : kCategories)
+        names.emplace_back(entry.name);
+    verb->add_option("--category", options->category, "The pages to print (default: all)")
+        ->check(CLI::IsMember(names));
+    verb->add_option("--pdf", options->pdf, "Write the pages to this PDF file instead");
+    return [options, &context] { return summary(*options, context); };
 }
 
 } // namespace rk4::cli

@@ -1,17 +1,33 @@
 #include "cli/support.h"
 
 #include "core/database/file.h"
+#include "core/link/port_slots.h"
 
-#include <algorithm>
+#include <cctype>
 #include <ostream>
 
 namespace rk4::cli {
 
+void printMessage(std::ostream& stream, const std::string& text, const std::string& detail)
+{
+    stream << text << "\n";
+    if (!detail.empty())
+        stream << "  " << detail << "\n";
+}
+
+std::string fileAndCause(const std::string& path, const std::string& cause)
+{
+    return cause.empty() ? path : path + ": " + cause;
+}
+
+void printFileError(Context& context, const FileOutcome& outcome, const std::string& path)
+{
+    printMessage(context.err, fileStatusText(outcome.status), fileAndCause(path, outcome.cause));
+}
+
 Answer StreamPrompter::ask(const Message& message)
 {
-    stream << message.title << ":" << message.text << "\n";
-    if (!message.detail.empty())
-        stream << "  " << message.detail << "\n";
+    printMessage(stream, message.text, message.detail);
     if (message.buttons == Buttons::Ok)
         return Answer::Ok;
     return defaultAnswer;
@@ -28,47 +44,6 @@ std::optional<Database> loadImage(const std::string& path, Context& context)
     return db;
 }
 
-void printFileError(Context& context, const FileOutcome& outcome, const std::string& path)
-{
-    context.err << "File Error:" << fileStatusText(outcome.status) << "(" << path << ")"
-                << (outcome.cause.empty() ? "" : " " + outcome.cause) << "\n";
-}
-
-bool Parsed::has(const std::string& flag) const { return std::find(flags.begin(), flags.end(), flag) != flags.end(); }
-
-std::optional<std::string> Parsed::option(const std::string& name) const
-{
-    for (const auto& [key, value] : options)
-        if (key == name)
-            return value;
-    return std::nullopt;
-}
-
-Parsed parseArguments(const Arguments& args, std::initializer_list<const char*> optionsWithValue)
-{
-    Parsed parsed;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg.size() > 2 && arg.rfind("--", 0) == 0) {
-            const auto equals = arg.find('=');
-            if (equals != std::string::npos) {
-                parsed.options.emplace_back(arg.substr(0, equals), arg.substr(equals + 1));
-                continue;
-            }
-            const bool takesValue = std::any_of(optionsWithValue.begin(), optionsWithValue.end(),
-                                                [&](const char* name) { return arg == name; });
-            if (takesValue && i + 1 < args.size()) {
-                parsed.options.emplace_back(arg, args[++i]);
-                continue;
-            }
-            parsed.flags.push_back(arg);
-        } else {
-            parsed.positional.push_back(arg);
-        }
-    }
-    return parsed;
-}
-
 int reportDifferences(const std::vector<FieldDifference>& differences, const ComparedSides& sides,
                       const std::string& sameText, Context& context)
 {
@@ -83,10 +58,16 @@ int reportDifferences(const std::vector<FieldDifference>& differences, const Com
     return 1;
 }
 
-int usageError(Context& context, const char* verb, const std::string& problem)
+std::optional<int> portSlotNumber(const std::string& text)
 {
-    context.err << "rk4 " << verb << ": " << problem << "\nTry 'rk4 " << verb << " --help'.\n";
-    return 2;
+    std::string digits = text;
+    if (digits.size() >= 3 && std::toupper(static_cast<unsigned char>(digits[0])) == 'C' &&
+        std::toupper(static_cast<unsigned char>(digits[1])) == 'O' &&
+        std::toupper(static_cast<unsigned char>(digits[2])) == 'M')
+        digits = digits.substr(digits.size() > 3 && digits[3] == ' ' ? 4 : 3);
+    if (digits.size() != 1 || digits[0] < '1' || digits[0] > '0' + link::kPortSlotCount)
+        return std::nullopt;
+    return digits[0] - '1';
 }
 
 } // namespace rk4::cli

@@ -1,6 +1,6 @@
 #pragma once
 // What the verbs share: loading an image with the system's messages, a
-// Prompter that prints, and argument helpers.
+// Prompter that prints, and the one way a message is printed.
 
 #include "cli/verbs.h"
 #include "core/common/prompter.h"
@@ -8,10 +8,21 @@
 #include "core/database/database.h"
 #include "core/database/file.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
 namespace rk4::cli {
+
+// Every message of the command line: the system's text first, then on the
+// next line what explains it (the file, the sizes, the cause).
+void printMessage(std::ostream& stream, const std::string& text, const std::string& detail = {});
+
+// A file command's failure: the system's message, then the file and the cause.
+void printFileError(Context& context, const FileOutcome& outcome, const std::string& path);
+
+// "FILE: cause", or the file alone when there is no cause to give.
+std::string fileAndCause(const std::string& path, const std::string& cause);
 
 // Prints messages to the error stream; questions get their default answer.
 class StreamPrompter : public Prompter {
@@ -31,19 +42,6 @@ class StreamPrompter : public Prompter {
 // Prints the system's message and returns nothing on failure.
 std::optional<Database> loadImage(const std::string& path, Context& context);
 
-// Prints a failed file outcome: the system's message, then the file and the cause.
-void printFileError(Context& context, const FileOutcome& outcome, const std::string& path);
-
-// Positional arguments, with the flags named in `flags` removed and reported.
-struct Parsed {
-    std::vector<std::string> positional;
-    std::vector<std::string> flags;
-    std::vector<std::pair<std::string, std::string>> options; // --name VALUE
-    bool has(const std::string& flag) const;
-    std::optional<std::string> option(const std::string& name) const;
-};
-Parsed parseArguments(const Arguments& args, std::initializer_list<const char*> optionsWithValue = {});
-
 // Prints the fields that differ between two configurations, or `sameText`
 // when none does; returns 0 when equal, 1 when different.
 struct ComparedSides {
@@ -53,6 +51,7 @@ struct ComparedSides {
 int reportDifferences(const std::vector<FieldDifference>& differences, const ComparedSides& sides,
                       const std::string& sameText, Context& context);
 
-int usageError(Context& context, const char* verb, const std::string& problem);
+// "COM3", "COM 3", "com3" or "3" for slot 2; nothing for anything else.
+std::optional<int> portSlotNumber(const std::string& text);
 
 } // namespace rk4::cli

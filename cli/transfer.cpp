@@ -5,6 +5,8 @@
 #include "core/link/serial_transport.h"
 #include "core/link/session_driver.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -73,7 +75,9 @@ class SimulatedLine final : public UnitLine {
         if (!bytes)
             return; // the unit holds nothing yet
         if (requiredSize && bytes->size() != requiredSize) {
-            context.err << "rk4: " << file << " is not " << requiredSize << " bytes; the simulated unit ignores it\n";
+            printMessage(context.err, "The simulated unit ignores " + file,
+                         "it holds " + std::to_string(bytes->size()) + " bytes, a configuration " +
+                             std::to_string(requiredSize));
             return;
         }
         target = *bytes;
@@ -85,7 +89,7 @@ class SimulatedLine final : public UnitLine {
         if (file.empty())
             return;
         if (const SaveResult kept = writeFileAtomically(file, held(kind)); !kept)
-            context.err << "rk4: the simulated unit cannot keep its memory in " << file << ": " << kept.cause() << "\n";
+            printMessage(context.err, "The simulated unit cannot keep its memory", fileAndCause(file, kept.cause()));
     }
 
     ManualClock time{1};
@@ -93,19 +97,6 @@ class SimulatedLine final : public UnitLine {
     std::array<std::string, 3> files; // by TransferKind
     Context& context;
 };
-
-std::optional<int> slotNumber(const std::string& text)
-{
-    std::string digits = text;
-    for (const char* prefix : {"COM ", "COM", "com ", "com"})
-        if (text.rfind(prefix, 0) == 0) {
-            digits = text.substr(std::string(prefix).size());
-            break;
-        }
-    if (digits.size() != 1 || digits[0] < '1' || digits[0] > '0' + kPortSlotCount)
-        return std::nullopt;
-    return digits[0] - '1';
-}
 
 // Prints messages as StreamPrompter does and says how each question was
 // answered, so a log shows why the run went on.
@@ -187,69 +178,62 @@ class ProgressPrinter {
 
 } // namespace
 
-Parsed parseTransferArguments(const Arguments& args)
+void addTransferOptions(CLI::App& verb, TransferOptions& options)
 {
-    return parseArguments(args, {"--port", "--sim-fault", "--sim-database", "--sim-voices", "--sim-vocabulary"});
+    verb.add_option("--port", options.port, "COM1 .. COM8, a device path, or sim (default: the port in rk4.cfg)");
+    const char* group = "The built-in simulated unit (with --port sim)";
+    verb.add_option("--sim-database", options.simDatabase, "The file that keeps its configuration")->group(group);
+    verb.add_option("--sim-vocabulary", options.simVocabulary, "The file that keeps its vocabulary")->group(group);
+    verb.add_option("--sim-voices", options.simVoices, "The file that keeps its voice messages")->group(group);
+    verb.add_flag("--sim-older", options.simOlder, "Answer as an older unit (the alternate link)")->group(group);
+    verb.add_option("--sim-fault", options.simFaults, "Inject a fault (repeatable; see below)")
+        ->group(group)
+        ->check([](const std::string& value) {
+            return parseFault(value) ? std::string() : "not a fault: " + value;
+        });
+    verb.footer("A fault is KIND[:COMMAND[:SKIP[:TIMES]]]: KIND nak, noise, crc or silence; COMMAND version, link,\n"
+                "link-alt, write-database, write-voices, write-vocabulary, read-database, read-voices, packet, end,\n"
+                "any or a code such as 0x8a; the fault lets SKIP matching requests pass, then hits TIMES of them\n"
+                "(0: all).");
 }
 
-std::optional<int> checkTransferArguments(const Parsed& parsed, Context& context, const char* verb,
-                                          const char* fileKind)
+std::shared_ptr<FileTransfer> addFileTransferOptions(CLI::App& verb, const char* fileName, const char* description)
 {
-    for (const std::string& flag : parsed.flags)
-        if (flag != "--sim-older")
-            return usageError(context, verb, "unknown option " + flag);
-    if (parsed.positional.size() != 1)
-        return usageError(context, verb, std::string("expected one ") + fileKind);
-    return std::nullopt;
+    auto options = std::make_shared<FileTransfer>();
+    verb.add_option(fileName, options->file, description)->required();
+    addTransferOptions(verb, options->line);
+    return options;
 }
 
-std::unique_ptr<UnitLine> UnitLine::choose(const Parsed& parsed, const std::filesystem::path& workingDirectory,
-                                           Context& context)
+std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen,
+                                           const std::filesystem::path& workingDirectory, Context& context)
 {
-    const std::optional<std::string> chosen = parsed.option("--port");
-    const bool simulated = chosen == kSimulatedPort;
-
-    UnitOptions options;
-    std::array<std::string, 3> files;
-    bool simulatorOptions = parsed.has("--sim-older");
-    options.olderUnit = parsed.has("--sim-older");
-    for (const auto& [name, value] : parsed.options) {
-        if (name == "--port")
-            continue;
-        simulatorOptions = true;
-        if (name == "--sim-fault") {
-            const auto fault = parseFault(value);
-            if (!fault) {
-                context.err << "rk4: not a fault: " << value
-                            << " (KIND[:COMMAND[:SKIP[:TIMES]]], KIND one of nak, noise, crc, silence)\n";
-                return nullptr;
-            }
-            options.faults.push_back(*fault);
-        } else if (name == "--sim-database") {
-            files[static_cast<std::size_t>(TransferKind::Database)] = value;
-        } else if (name == "--sim-vocabulary") {
-            files[static_cast<std::size_t>(TransferKind::Vocabulary)] = value;
-        } else if (name == "--sim-voices") {
-            files[static_cast<std::size_t>(TransferKind::Voices)] = value;
-        } else {
-            context.err << "rk4: unknown option " << name << "\n";
-            return nullptr;
-        }
-    }
+    const bool simulated = chosen.port == kSimulatedPort;
+    const bool simulatorOptions = chosen.simOlder || !chosen.simFaults.empty() || !chosen.simDatabase.empty() ||
+                                  !chosen.simVocabulary.empty() || !chosen.simVoices.empty();
     if (simulatorOptions && !simulated) {
-        context.err << "rk4: the --sim- options need --port sim\n";
+        printMessage(context.err, "The --sim- options need --port sim.");
         return nullptr;
     }
-    if (simulated)
+    if (simulated) {
+        UnitOptions options;
+        options.olderUnit = chosen.simOlder;
+        for (const std::string& fault : chosen.simFaults)
+            options.faults.push_back(*parseFault(fault)); // checked by the parser
+        std::array<std::string, 3> files;
+        files[static_cast<std::size_t>(TransferKind::Database)] = chosen.simDatabase;
+        files[static_cast<std::size_t>(TransferKind::Vocabulary)] = chosen.simVocabulary;
+        files[static_cast<std::size_t>(TransferKind::Voices)] = chosen.simVoices;
         return std::make_unique<SimulatedLine>(std::move(options), std::move(files), context);
+    }
 
     int slot = 0;
-    if (chosen) {
-        if (chosen->find('/') != std::string::npos)
-            return std::make_unique<SerialLine>(*chosen, *chosen);
-        const auto number = slotNumber(*chosen);
+    if (chosen.port) {
+        if (chosen.port->find('/') != std::string::npos)
+            return std::make_unique<SerialLine>(*chosen.port, *chosen.port);
+        const auto number = portSlotNumber(*chosen.port);
         if (!number) {
-            context.err << "rk4: not a port: " << *chosen << " (COM 1 .. COM 8, 1 .. 8, a device path, or sim)\n";
+            printMessage(context.err, "Not a port: " + *chosen.port, "COM 1 .. COM 8, 1 .. 8, a device path, or sim");
             return nullptr;
         }
         slot = *number;
@@ -290,9 +274,9 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
     return session.outcome() == SessionOutcome::Succeeded;
 }
 
-std::optional<bool> receiveDatabase(const Parsed& parsed, Workspace& workspace, Context& context)
+std::optional<bool> receiveDatabase(const TransferOptions& options, Workspace& workspace, Context& context)
 {
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    const auto line = UnitLine::choose(options, workspace.workingDirectory(), context);
     if (!line)
         return std::nullopt;
     return runTransfer(*line, workspace, context, [](link::ProgrammingSession& session, Millis now) {
@@ -300,18 +284,14 @@ std::optional<bool> receiveDatabase(const Parsed& parsed, Workspace& workspace, 
     });
 }
 
-int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage)
+int sendFile(const std::string& file, const TransferOptions& options, Context& context, link::TransferKind kind)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    if (const auto refused = checkTransferArguments(parsed, context, verb, usage))
-        return *refused;
-    const std::filesystem::path file = parsed.positional[0];
     Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    const auto line = UnitLine::choose(options, workspace.workingDirectory(), context);
     if (!line)
         return 2;
     const bool written = runTransfer(*line, workspace, context, [&](link::ProgrammingSession& session, Millis now) {
-        return session.Send(kind, now, file);
+        return session.Send(kind, now, std::filesystem::path(file));
     });
     return written ? 0 : 1;
 }

@@ -15,19 +15,39 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace rk4::cli {
 
-// Splits the arguments of a transfer verb: --port and the simulated unit's
-// options take a value.
-Parsed parseTransferArguments(const Arguments& args);
+// What a transfer verb is told about the line: --port and, for the built-in
+// simulated unit, its memory files and faults.
+struct TransferOptions {
+    std::optional<std::string> port;
+    std::vector<std::string> simFaults;
+    std::string simDatabase;
+    std::string simVocabulary;
+    std::string simVoices;
+    bool simOlder = false;
+};
+
+// Declares --port and the --sim- options on a transfer verb.
+void addTransferOptions(CLI::App& verb, TransferOptions& options);
+
+// The arguments of a verb that moves one file to or from the unit.
+struct FileTransfer {
+    std::string file;
+    TransferOptions line;
+};
+
+// Declares the file (a required argument named `fileName`) and the line options.
+std::shared_ptr<FileTransfer> addFileTransferOptions(CLI::App& verb, const char* fileName, const char* description);
 
 class UnitLine {
   public:
     // The line named by --port, else the slot saved in rk4.cfg in
     // `workingDirectory` (COM 1 when there is none). Nothing, with the problem
     // printed, when the arguments do not name a port.
-    static std::unique_ptr<UnitLine> choose(const Parsed& parsed, const std::filesystem::path& workingDirectory,
+    static std::unique_ptr<UnitLine> choose(const TransferOptions& options, const std::filesystem::path& workingDirectory,
                                             Context& context);
     virtual ~UnitLine() = default;
 
@@ -44,17 +64,12 @@ class UnitLine {
 bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
                  const std::function<bool(link::ProgrammingSession&, Millis)>& start);
 
-// Common checks of a transfer verb's arguments: exactly one file and no
-// unknown flag. Returns the exit code of a usage error, or nothing.
-std::optional<int> checkTransferArguments(const Parsed& parsed, Context& context, const char* verb,
-                                          const char* fileKind);
-
 // Reads the unit's database into `workspace`: nothing when no line could be
 // chosen, else whether the read succeeded. The body shared by read and verify.
-std::optional<bool> receiveDatabase(const Parsed& parsed, Workspace& workspace, Context& context);
+std::optional<bool> receiveDatabase(const TransferOptions& options, Workspace& workspace, Context& context);
 
 // Sends a vocabulary or voice file named on the command line: the body of
 // write-vocab and write-voices.
-int sendFile(const Arguments& args, Context& context, link::TransferKind kind, const char* verb, const char* usage);
+int sendFile(const std::string& file, const TransferOptions& options, Context& context, link::TransferKind kind);
 
 } // namespace rk4::cli

@@ -1,69 +1,99 @@
 #include "cli/verbs.h"
 
-#include <algorithm>
+#include <CLI/CLI.hpp>
+
+#include <map>
 #include <ostream>
 
 namespace rk4::cli {
 
+VerbBody addInfoVerb(CLI::App&, Context&);
+VerbBody addNewVerb(CLI::App&, Context&);
+VerbBody addDirsVerb(CLI::App&, Context&);
+VerbBody addWarningsVerb(CLI::App&, Context&);
+VerbBody addSummaryVerb(CLI::App&, Context&);
+VerbBody addPortsVerb(CLI::App&, Context&);
+VerbBody addWav2voxVerb(CLI::App&, Context&);
+VerbBody addVox2wavVerb(CLI::App&, Context&);
+VerbBody addWriteVerb(CLI::App&, Context&);
+VerbBody addReadVerb(CLI::App&, Context&);
+VerbBody addVerifyVerb(CLI::App&, Context&);
+VerbBody addWriteVocabVerb(CLI::App&, Context&);
+VerbBody addWriteVoicesVerb(CLI::App&, Context&);
+VerbBody addReadVoicesVerb(CLI::App&, Context&);
+VerbBody addExportVerb(CLI::App&, Context&);
+VerbBody addImportVerb(CLI::App&, Context&);
+VerbBody addDiffVerb(CLI::App&, Context&);
+VerbBody addCheckBasicVerb(CLI::App&, Context&);
+VerbBody addToBasicVerb(CLI::App&, Context&);
+
 namespace {
 
-constexpr Verb kVerbs[] = {
-    {"info", "FILE.dat", "mode, site name and what is in use", runInfo},
-    {"new", "[--basic] FILE.dat", "write a default configuration", runNew},
-    {"dirs", "FILE.dat", "list the lines of the six directories", runDirs},
-    {"warnings", "FILE.dat", "list what is legal but likely wrong (exit 1 when any)", runWarnings},
-    {"summary",
-     "FILE.dat [--category hardware|inputs|outputs|points|groups|general|directories|warnings|all] [--pdf OUT.pdf]",
-     "print the summary pages, a form feed between pages", runSummary},
-    {"ports", "[--dir DIR] [COMn DEVICE]", "show the serial ports, or bind one to a device", runPorts},
-    {"wav2vox", "IN.wav [OUT.vox]", "convert a recording to a phrase file", runWav2vox},
-    {"vox2wav", "IN.vox OUT.wav", "decode a phrase file to an 8000 Hz wave", runVox2wav},
-    {"write", "FILE.dat [--port PORT]", "write a configuration to the unit", runWrite},
-    {"read", "OUT.dat [--port PORT]", "read the unit's configuration into a file", runRead},
-    {"verify", "FILE.dat [--port PORT]", "read the unit back and name every field that differs", runVerify},
-    {"export", "FILE.dat [OUT.yaml]", "write a configuration as readable text", runExport},
-    {"import", "IN.yaml OUT.dat", "check a configuration's text and write its image", runImport},
-    {"diff", "A B | A --port PORT", "name every field that differs (.dat, .yaml or the unit)", runDiff},
-    {"write-vocab", "FILE.bin [--port PORT]", "write a vocabulary (erases the unit's voices)", runWriteVocab},
-    {"write-voices", "FILE.msg [--port PORT]", "write the voice messages to the unit", runWriteVoices},
-    {"read-voices", "OUT.msg [--port PORT]", "read the unit's voice messages into a file", runReadVoices},
-    {"check-basic", "FILE.dat", "list what keeps a configuration from Basic mode", runCheckBasic},
-    {"to-basic", "FILE.dat OUT.dat [--keep-directories]", "convert a configuration to Basic mode", runToBasic},
+// The verbs, in the order the overview lists them.
+constexpr AddVerb kVerbs[] = {
+    addInfoVerb,
+    addNewVerb,
+    addDirsVerb,
+    addWarningsVerb,
+    addSummaryVerb,
+    addPortsVerb,
+    addWav2voxVerb,
+    addVox2wavVerb,
+    addWriteVerb,
+    addReadVerb,
+    addVerifyVerb,
+    addExportVerb,
+    addImportVerb,
+    addDiffVerb,
+    addWriteVocabVerb,
+    addWriteVoicesVerb,
+    addReadVoicesVerb,
+    addCheckBasicVerb,
+    addToBasicVerb,
 };
 
-void printOverview(std::ostream& out)
-{
-    out << "Usage: rk4 COMMAND [ARGS...]\n\nCommands:\n";
-    for (const Verb& verb : kVerbs) {
-        std::string left = std::string(verb.name) + " " + verb.usage;
-        out << "  " << left << std::string(left.size() < 34 ? 34 - left.size() : 1, ' ') << verb.summary << "\n";
-    }
-    out << "\nEvery command takes --help.\n";
-}
+constexpr int kUsageError = 2;
 
 } // namespace
 
-std::span<const Verb> verbs() { return kVerbs; }
-
 int runCommandLine(const Arguments& args, Context& context)
 {
-    if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
-        printOverview(args.empty() ? context.err : context.out);
-        return args.empty() ? 2 : 0;
+    CLI::App rk4("The Rk4 programmer on the command line.", "rk4");
+    // Only the long form: "-h" could be a file name, and saying so is clearer than guessing.
+    rk4.set_help_flag("--help", "Print this help and exit");
+    rk4.require_subcommand(1);
+    rk4.get_formatter()->column_width(26);
+    rk4.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    rk4.get_formatter()->label("Subcommands", "Commands");
+
+    std::map<const CLI::App*, VerbBody> bodies;
+    for (const AddVerb add : kVerbs) {
+        VerbBody body = add(rk4, context);
+        bodies.emplace(rk4.get_subcommands([](CLI::App*) { return true; }).back(), std::move(body));
     }
-    const auto found =
-        std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const Verb& verb) { return args[0] == verb.name; });
-    if (found == std::end(kVerbs)) {
-        context.err << "rk4: unknown command '" << args[0] << "'\n";
-        printOverview(context.err);
-        return 2;
-    }
-    const Arguments rest(args.begin() + 1, args.end());
-    if (std::find(rest.begin(), rest.end(), "--help") != rest.end()) {
-        context.out << "Usage: rk4 " << found->name << " " << found->usage << "\n" << found->summary << "\n";
+    rk4.footer("Every command takes --help."); // after the verbs, which would inherit it
+
+    const auto verbName = [&]() -> std::string {
+        const auto selected = rk4.get_subcommands();
+        return selected.empty() ? std::string() : " " + selected.back()->get_name();
+    };
+    try {
+        rk4.parse(Arguments(args.rbegin(), args.rend())); // CLI11 takes them last first
+    } catch (const CLI::CallForHelp&) {
+        context.out << rk4.help();
         return 0;
+    } catch (const CLI::ParseError& error) {
+        if (rk4.get_subcommands().empty() && !args.empty() && args[0].rfind('-', 0) != 0)
+            context.err << "Unknown command: " << args[0] << "\n";
+        else
+            context.err << error.what() << "\n";
+        if (args.empty())
+            context.err << rk4.help();
+        else
+            context.err << "Try 'rk4" << verbName() << " --help'.\n";
+        return kUsageError;
     }
-    return found->run(rest, context);
+    return bodies.at(rk4.get_subcommands().back())();
 }
 
 } // namespace rk4::cli

@@ -1,11 +1,32 @@
 #pragma once
-// The command-line verbs. Each lives in its own file; all are listed once, in
+// The command-line verbs, parsed by CLI11: one verb a file, all listed once in
 // the table in verbs.cpp.
+//
+// To add a verb, write cli/<verb>.cpp with
+//
+//     VerbBody addFrobVerb(CLI::App& rk4, Context& context)
+//     {
+//         CLI::App* verb = rk4.add_subcommand("frob", "one line for the overview");
+//         auto file = std::make_shared<std::string>();
+//         verb->add_option("FILE.dat", *file, "what the file is for")->required();
+//         return [file, &context] { return frob(*file, context); };
+//     }
+//
+// and add one line, `addFrobVerb,`, to the table in verbs.cpp. Declare every
+// option with its help text: --help is generated from them, and what does not
+// parse is a usage error with exit status 2 before the body runs. Bodies
+// return 0 for success, 1 for a negative answer (differences, a failed
+// transfer), 2 for unreadable input. Transfer verbs take --port and the
+// simulated unit's options through addTransferOptions (cli/transfer.h).
 
+#include <functional>
 #include <iosfwd>
-#include <span>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace rk4::cli {
 
@@ -17,37 +38,11 @@ struct Context {
 
 using Arguments = std::vector<std::string>;
 
-struct Verb {
-    const char* name;
-    const char* usage;   // arguments after the verb
-    const char* summary; // one line for the overview
-    int (*run)(const Arguments& args, Context& context);
-};
+// What a verb does once its arguments are parsed; returns the exit status.
+using VerbBody = std::function<int()>;
+using AddVerb = VerbBody (*)(CLI::App& rk4, Context& context);
 
-std::span<const Verb> verbs();
-
-// Runs `rk4 ARGS...`; returns the process exit code.
+// Runs `rk4 ARGS...`; returns the process exit status.
 int runCommandLine(const Arguments& args, Context& context);
-
-// Verb implementations.
-int runInfo(const Arguments& args, Context& context);
-int runNew(const Arguments& args, Context& context);
-int runDirs(const Arguments& args, Context& context);
-int runWarnings(const Arguments& args, Context& context);
-int runSummary(const Arguments& args, Context& context);
-int runPorts(const Arguments& args, Context& context);
-int runWav2vox(const Arguments& args, Context& context);
-int runVox2wav(const Arguments& args, Context& context);
-int runWrite(const Arguments& args, Context& context);
-int runRead(const Arguments& args, Context& context);
-int runVerify(const Arguments& args, Context& context);
-int runExport(const Arguments& args, Context& context);
-int runImport(const Arguments& args, Context& context);
-int runDiff(const Arguments& args, Context& context);
-int runWriteVocab(const Arguments& args, Context& context);
-int runWriteVoices(const Arguments& args, Context& context);
-int runReadVoices(const Arguments& args, Context& context);
-int runCheckBasic(const Arguments& args, Context& context);
-int runToBasic(const Arguments& args, Context& context);
 
 } // namespace rk4::cli

@@ -4,34 +4,50 @@
 #include "core/voice/wave.h"
 #include "core/voice/wave_converter.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
-int runVox2wav(const Arguments& args, Context& context)
-{
-    const Parsed parsed = parseArguments(args);
-    if (parsed.positional.size() != 2 || !parsed.flags.empty())
-        return usageError(context, "vox2wav", "expected IN.vox and OUT.wav");
+namespace {
 
-    StreamPrompter prompter(context.err);
-    const auto vox = readWholeFile(parsed.positional[0]);
+struct Vox2wavOptions {
+    std::string source;
+    std::string destination;
+};
+
+int vox2wav(const Vox2wavOptions& options, Context& context)
+{
+    const FileRead vox = readFileBytes(options.source);
     if (!vox) {
-        prompter.fileError(kCannotOpenFile);
-        return 1;
+        printMessage(context.err, kCannotOpenFile, fileAndCause(options.source, vox.cause()));
+        return 2;
     }
-    const std::vector<std::int16_t> samples = decodeVox(phraseData(*vox));
-    if (const SaveResult saved = writeFileAtomically(parsed.positional[1], waveFileBytes(samples, kPhraseRate));
+    const std::vector<std::int16_t> samples = decodeVox(phraseData(vox.bytes));
+    if (const SaveResult saved = writeFileAtomically(options.destination, waveFileBytes(samples, kPhraseRate));
         !saved) {
-        prompter.fileError(kCannotOpenOutputFile, saved.cause());
+        printMessage(context.err, kCannotOpenOutputFile, fileAndCause(options.destination, saved.cause()));
         return 1;
     }
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.3f", static_cast<double>(samples.size()) / kPhraseRate);
-    context.out << parsed.positional[0] << " -> " << parsed.positional[1] << ", " << samples.size() << " samples, "
+    context.out << options.source << " -> " << options.destination << ", " << samples.size() << " samples, "
                 << seconds << " s at 8000 Hz\n";
     return 0;
+}
+
+} // namespace
+
+VerbBody addVox2wavVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("vox2wav", "Decode a phrase file to an 8000 Hz wave");
+    auto options = std::make_shared<Vox2wavOptions>();
+    verb->add_option("IN.vox", options->source, "The phrase file")->required();
+    verb->add_option("OUT.wav", options->destination, "The wave file to write")->required();
+    return [options, &context] { return vox2wav(*options, context); };
 }
 
 } // namespace rk4::cli

@@ -2,23 +2,29 @@
 
 #include "core/voice/wave_converter.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
+#include <memory>
 #include <ostream>
 
 namespace rk4::cli {
 
-int runWav2vox(const Arguments& args, Context& context)
-{
-    const Parsed parsed = parseArguments(args);
-    if (parsed.positional.empty() || parsed.positional.size() > 2 || !parsed.flags.empty())
-        return usageError(context, "wav2vox", "expected IN.wav and optionally OUT.vox");
+namespace {
 
+struct Wav2voxOptions {
+    std::string source;
+    std::string destination;
+};
+
+int wav2vox(const Wav2voxOptions& options, Context& context)
+{
     WaveConverter converter;
     converter.SetupWindow();
     converter.keepWaveforms = false;
-    converter.source = parsed.positional[0];
+    converter.source = options.source;
     converter.destination =
-        parsed.positional.size() == 2 ? parsed.positional[1] : GetDefaultDestination("", converter.source);
+        options.destination.empty() ? GetDefaultDestination("", converter.source) : options.destination;
     StreamPrompter prompter(context.err);
     if (!converter.CmConvert(prompter))
         return 1;
@@ -31,6 +37,17 @@ int runWav2vox(const Arguments& args, Context& context)
     else if (converter.peakPercent < 1)
         context.err << "warning: the phrase is silent\n";
     return 0;
+}
+
+} // namespace
+
+VerbBody addWav2voxVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("wav2vox", "Convert a recording to a phrase file");
+    auto options = std::make_shared<Wav2voxOptions>();
+    verb->add_option("IN.wav", options->source, "The recording (RIFF WAVE)")->required();
+    verb->add_option("OUT.vox", options->destination, "The phrase file to write (default: beside the recording)");
+    return [options, &context] { return wav2vox(*options, context); };
 }
 
 } // namespace rk4::cli

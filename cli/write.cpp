@@ -1,5 +1,7 @@
 #include "cli/transfer.h"
 
+#include <CLI/CLI.hpp>
+
 #include <ostream>
 
 namespace rk4::cli {
@@ -7,18 +9,17 @@ namespace rk4::cli {
 using link::ProgrammingSession;
 using link::TransferKind;
 
+namespace {
+
 // The image goes to the unit as the file holds it; the transfer stamp and any
 // clearing for an older unit change only the copy in memory, never the file.
-int runWrite(const Arguments& args, Context& context)
+int writeDatabase(const FileTransfer& options, Context& context)
 {
-    const Parsed parsed = parseTransferArguments(args);
-    if (const auto usage = checkTransferArguments(parsed, context, "write", "FILE.dat"))
-        return *usage;
-    const auto db = loadImage(parsed.positional[0], context);
+    const auto db = loadImage(options.file, context);
     if (!db)
-        return 1;
+        return 2;
     Workspace workspace;
-    const auto line = UnitLine::choose(parsed, workspace.workingDirectory(), context);
+    const auto line = UnitLine::choose(options.line, workspace.workingDirectory(), context);
     if (!line)
         return 2;
     workspace.image = *db;
@@ -26,6 +27,15 @@ int runWrite(const Arguments& args, Context& context)
         return session.Send(TransferKind::Database, now);
     });
     return written ? 0 : 1;
+}
+
+} // namespace
+
+VerbBody addWriteVerb(CLI::App& rk4, Context& context)
+{
+    CLI::App* verb = rk4.add_subcommand("write", "Write a configuration to the unit");
+    const auto options = addFileTransferOptions(*verb, "FILE.dat", "The configuration to send");
+    return [options, &context] { return writeDatabase(*options, context); };
 }
 
 } // namespace rk4::cli

@@ -45,7 +45,7 @@ TEST(CommandLine, BadFilesGiveTheSystemsMessageAndAFailure)
 TEST(CommandLine, HelpAndUnknownCommands)
 {
     EXPECT_EQ(runRk4({"info", "--help"}).code, 0);
-    EXPECT_NE(runRk4({"info", "--help"}).out.find("Usage: rk4 info FILE.dat"), std::string::npos);
+    EXPECT_NE(runRk4({"info", "--help"}).out.find("Usage: rk4 info [OPTIONS] FILE.dat"), std::string::npos);
     EXPECT_EQ(runRk4({"--help"}).code, 0);
     EXPECT_EQ(runRk4({"frobnicate"}).code, 2);
     EXPECT_EQ(runRk4({}).code, 2);

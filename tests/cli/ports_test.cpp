@@ -18,7 +18,7 @@ TEST(PortsVerb, BindsASlotAndListsTheSelectedOne)
     config.setPortIndex(1);
     ASSERT_TRUE(writeConfigFile(dir / kConfigFile, config));
 
-    auto run = runRk4({"ports", "--dir", dir.path().string(), "COM2", "/dev/pts/4"});
+    auto run = runRk4({"ports", "--dir", dir.path().string(), "com2", "/dev/pts/4"});
     ASSERT_EQ(run.code, 0) << run.err;
     EXPECT_NE(run.out.find("* COM 2  /dev/pts/4\n"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("  COM 1  /dev/ttyS0\n"), std::string::npos) << run.out;

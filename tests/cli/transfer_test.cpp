@@ -118,7 +118,7 @@ TEST_F(TransferVerbs, FailuresGiveTheSystemsTextsAndAFailingExitCode)
     EXPECT_EQ(run.out, "");
 
     run = runRk4({"read", "out.txt", "--port", "sim"});
-    EXPECT_EQ(run.code, 1);
+    EXPECT_EQ(run.code, 2);
     EXPECT_TRUE(contains(run.err, " FILE NAME MUST HAVE .DAT EXTENSION "));
     EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "refused before any transfer";
 }
@@ -162,6 +162,13 @@ TEST_F(TransferVerbs, ThePortComesFromTheOptionOrFromTheSavedSlot)
     EXPECT_EQ(run.code, 1);
     EXPECT_TRUE(contains(run.err, "Port: COM 4 (" + (dir / "no-such-tty").string() + ")\n")) << run.err;
     EXPECT_TRUE(contains(run.err, "Error opening COM port\n  There is no device")) << run.err;
+
+    // The slot is named as the ports verb names it, in either case.
+    ::setenv("RK4_COM3", (dir / "no-such-tty").c_str(), 1);
+    run = runRk4({"write", site, "--port", "com3"});
+    ::unsetenv("RK4_COM3");
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(contains(run.err, "Port: COM 3 (")) << run.err;
 
     run = runRk4({"read", "out.dat", "--port", "/dev/null"});
     EXPECT_EQ(run.code, 1);
