@@ -13,7 +13,8 @@ namespace rk4::cli {
 namespace {
 
 struct DiffOptions {
-    std::vector<std::string> files;
+    std::string first;
+    std::string second; // empty with --port
     TransferOptions line;
 };
 
@@ -24,19 +25,19 @@ std::optional<Database> loadConfiguration(const std::string& path, Context& cont
         return loadImage(path, context);
     const ImportResult imported = readTextFormFile(path);
     if (!imported.db)
-        printMessage(context.err, textFormErrorText(imported.error), path);
+        context.err << path << ": " << textFormErrorText(imported.error) << "\n";
     return imported.db;
 }
 
 int diff(const DiffOptions& options, Context& context)
 {
     const bool unit = options.line.port.has_value();
-    if (options.files.size() != (unit ? 1u : 2u)) {
+    if (options.second.empty() == !unit) {
         printMessage(context.err, "rk4 diff: expected two configurations, or one and --port",
                      "Try 'rk4 diff --help'.");
         return 2;
     }
-    const std::string& first = options.files[0];
+    const std::string& first = options.first;
     const auto expected = loadConfiguration(first, context);
     if (!expected)
         return 2;
@@ -47,7 +48,7 @@ int diff(const DiffOptions& options, Context& context)
         if (!read || !*read)
             return 2;
     } else {
-        second = options.files[1];
+        second = options.second;
         const auto loaded = loadConfiguration(second, context);
         if (!loaded)
             return 2;
@@ -64,9 +65,8 @@ VerbBody addDiffVerb(CLI::App& rk4, Context& context)
 {
     CLI::App* verb = rk4.add_subcommand("diff", "Name every field that differs (.dat, .yaml or the unit)");
     auto options = std::make_shared<DiffOptions>();
-    verb->add_option("A B", options->files, "Two configurations, or one with --port to compare with the unit")
-        ->required()
-        ->expected(1, 2);
+    verb->add_option("A", options->first, "A configuration (.dat or .yaml)")->required();
+    verb->add_option("B", options->second, "The other configuration; leave it out with --port to compare with the unit");
     addTransferOptions(*verb, options->line);
     verb->footer("Exit status: 0 the same, 1 some field differs, 2 no comparison could be made.\n\n" +
                  verb->get_footer());

@@ -23,7 +23,7 @@ int importText(const ImportOptions& options, Context& context)
 {
     const ImportResult imported = readTextFormFile(options.source);
     if (!imported.db) {
-        printMessage(context.err, textFormErrorText(imported.error), options.source);
+        context.err << options.source << ": " << textFormErrorText(imported.error) << "\n"; // as a compiler names a place
         return 2;
     }
     const FileOutcome saved = writeImageFile(options.target, *imported.db);

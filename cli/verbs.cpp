@@ -64,11 +64,11 @@ int runCommandLine(const Arguments& args, Context& context)
     rk4.require_subcommand(1);
     rk4.get_formatter()->column_width(26);
     rk4.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    rk4.get_formatter()->label("Subcommands", "Commands");
 
     std::map<const CLI::App*, VerbBody> bodies;
     for (const AddVerb add : kVerbs) {
         VerbBody body = add(rk4, context);
+        rk4.get_subcommands([](CLI::App*) { return true; }).back()->group("Commands");
         bodies.emplace(rk4.get_subcommands([](CLI::App*) { return true; }).back(), std::move(body));
     }
     rk4.footer("Every command takes --help."); // after the verbs, which would inherit it
