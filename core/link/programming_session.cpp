@@ -83,15 +83,16 @@ void ProgrammingSession::IdleAction(Millis now)
     }
 }
 
+bool MissingAccessCode(const GeneralRecord& gen) { return gen.accessCode[0] == 0 && gen.securityLevel != 0; }
+
 bool ProgrammingSession::CheckWarnings()
 {
-    if (workspace.image.gen.accessCode[0] == 0 && workspace.image.gen.securityLevel != 0) {
-        const Answer change = prompter.ask(Message{"Warning",
-                                                   "The Access Code has not been entered in the General section.\n"
-                                                   "Remote programming will not be available without an Access "
-                                                   "Code.\nDo you want to change this?",
-                                                   Icon::Warning, Buttons::YesNo});
-        if (change == Answer::Yes && openGeneralEditor) {
+    if (MissingAccessCode(workspace.image.gen)) {
+        if (!openGeneralEditor) {
+            // Nothing to change it in: the question becomes a warning.
+            prompter.tell("Warning", kMissingAccessCodeText, Icon::Warning);
+        } else if (prompter.ask(Message{"Warning", std::string(kMissingAccessCodeText) + "\nDo you want to change this?",
+                                        Icon::Warning, Buttons::YesNo}) == Answer::Yes) {
             openGeneralEditor();
             if (prompter.ask(question("Do you want to continue with programming?")) != Answer::Yes)
                 return true;

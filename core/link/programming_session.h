@@ -49,6 +49,13 @@ inline constexpr char kVoiceTemporaryFile[] = "voice.tmp";
 inline constexpr char kDefaultVocabularyFile[] = "voc8xx.bin";
 inline constexpr char kDefaultVoiceFile[] = "rk4.msg";
 
+// An empty Access code while remote programming is enabled: the warning
+// before every database write.
+inline constexpr char kMissingAccessCodeText[] =
+    "The Access Code has not been entered in the General section.\n"
+    "Remote programming will not be available without an Access Code.";
+bool MissingAccessCode(const GeneralRecord& gen);
+
 class ProgrammingSession {
   public:
     ProgrammingSession(Workspace& workspace, Transport& transport, Prompter& prompter);
@@ -63,8 +70,9 @@ class ProgrammingSession {
     std::function<void()> onProgress;
     std::function<void()> beep;
     // The general settings editor and the summary window, opened from the
-    // warnings before a write. Until those windows exist the hooks are empty
-    // and a Yes there goes on as a No.
+    // warnings before a write. Without the editor (the command line) the
+    // access code question is told as a warning; without the summary a Yes
+    // there goes on as a No.
     std::function<void()> openGeneralEditor;
     std::function<void()> openSummary;
 

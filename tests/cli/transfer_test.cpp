@@ -123,6 +123,28 @@ TEST_F(TransferVerbs, FailuresGiveTheSystemsTextsAndAFailingExitCode)
     EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "refused before any transfer";
 }
 
+TEST_F(TransferVerbs, AMissingAccessCodeIsAWarningThatStrictTurnsIntoAStop)
+{
+    Database db = imageOf(newImage("site.dat"));
+    db.gen.securityLevel = 1;
+    db.gen.accessCode.fill(0);
+    ASSERT_EQ(writeImageFile("site.dat", db), FileStatus::Ok);
+    const std::string warning = "The Access Code has not been entered in the General section.\n"
+                                "Remote programming will not be available without an Access Code.\n";
+
+    CommandResult run = runRk4({"write", "site.dat", "--strict", "--port", "sim", "--sim-database", "unit.dat"});
+    EXPECT_EQ(run.code, 3);
+    EXPECT_TRUE(contains(run.err, warning)) << run.err;
+    EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "stopped before anything was sent";
+    EXPECT_FALSE(std::filesystem::exists("unit.dat"));
+
+    run = runRk4({"write", "site.dat", "--port", "sim", "--sim-database", "unit.dat"});
+    EXPECT_EQ(run.code, 0) << run.err;
+    EXPECT_TRUE(contains(run.err, warning)) << run.err;
+    EXPECT_FALSE(contains(run.err, "Do you want to change this?"));
+    EXPECT_TRUE(std::filesystem::exists("unit.dat"));
+}
+
 TEST_F(TransferVerbs, VocabularyIsSentWhole)
 {
     bytesFile("voc.bin", 3 * 4096);

@@ -268,15 +268,37 @@ TEST_F(SessionTest, ThePortThatWillNotOpenStopsBeforeAnythingIsSent)
 TEST_F(SessionTest, WarningsBeforeAWriteCanCancelIt)
 {
     space.image.gen.securityLevel = 1; // remote programming on, no access code
+    bool generalOpened = false;
     bool summaryOpened = false;
+    session->openGeneralEditor = [&] { generalOpened = true; };
     session->openSummary = [&] { summaryOpened = true; };
     prompter.expectPrefix("The Access Code has not been entered in the General section.", Answer::No)
         .expect(kSummaryQuestion, Answer::Yes)
         .expect("Do you want to continue with programming?", Answer::No);
     EXPECT_FALSE(session->Send(TransferKind::Database, clock.now()));
+    EXPECT_FALSE(generalOpened);
     EXPECT_TRUE(summaryOpened);
     EXPECT_TRUE(prompter.finished());
+
+    // Yes opens the general settings; the write stops when the user says so.
+    prompter.expectPrefix("The Access Code has not been entered", Answer::Yes)
+        .expect("Do you want to continue with programming?", Answer::No);
+    EXPECT_FALSE(session->Send(TransferKind::Database, clock.now()));
+    EXPECT_TRUE(generalOpened);
+    EXPECT_TRUE(prompter.finished());
     EXPECT_TRUE(port->unit().requests().empty());
+}
+
+TEST_F(SessionTest, WithoutTheGeneralEditorTheAccessCodeIsAWarningAndTheWriteGoesOn)
+{
+    space.image.gen.securityLevel = 2;
+    prompter.expect(kSummaryQuestion, Answer::No);
+    ASSERT_TRUE(session->Send(TransferKind::Database, clock.now()));
+    ASSERT_GE(prompter.messages().size(), 2u);
+    EXPECT_EQ(prompter.messages()[0].text, link::kMissingAccessCodeText);
+    EXPECT_EQ(prompter.messages()[0].buttons, Buttons::Ok);
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
 }
 
 TEST_F(SessionTest, VocabularyFilesMustBeWholePackets)
