@@ -90,7 +90,7 @@ void GeneralEditor::SetupWindow()
 
     tempAck = Choices{};
     for (int minutes : kTempAckMinutes) {
-        tempAck.labels.push_back(std::to_string(minutes) + " min");
+        tempAck.labels.push_back(minutes == 0 ? "None" : std::to_string(minutes) + " min");
         tempAck.values.push_back(minutes);
     }
     tempAckIndex = tempAck.select(working.tempAckTime, std::to_string(working.tempAckTime) + " min");

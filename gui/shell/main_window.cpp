@@ -10,6 +10,7 @@
 #include "gui/hardware/hardware_win.h"
 #include "gui/points/points_win.h"
 #include "gui/report/printout_win.h"
+#include "gui/settings/general_dialog.h"
 #include "gui/shell/editor_window.h"
 
 #include "gui/voice/wave_dialog.h"
@@ -178,6 +179,14 @@ void Main::addEditorCommands()
     points->setStatusTip("Edit the 30 points: their ports, names, groups and codes");
     points->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
     navigationBar->addAction(points);
+    QAction* general = addCommand(
+        configureMenu, "&General...", "actionGeneral", &Main::CmGeneral,
+        [this] { return generalEditorAvailable(space.navigation); }, advanced);
+    general->setStatusTip("Edit the site name, the system codes, rings, security and the ring and carrier detect "
+                          "outputs");
+    general->setIconText("General");
+    general->setIcon(style()->standardIcon(QStyle::SP_FileDialogInfoView));
+    navigationBar->addAction(general);
     addDirectoryCommands();
 }
 
@@ -210,6 +219,16 @@ void Main::CmDirE() { openDirectory(4); }
 void Main::CmDirF() { openDirectory(5); }
 
 void Main::CmPoints() { openEditorWindow(*this, new PointsWin(space, *activePrompter)); }
+
+void Main::CmGeneral()
+{
+    GeneralEditor editor(space);
+    editor.SetupWindow();
+    updateCommands();
+    GeneralDialog dialog(editor, *activePrompter, this);
+    dialog.exec();
+    updateCommands();
+}
 
 void Main::CmInputs()
 {
@@ -244,6 +263,7 @@ void Main::addToolCommands()
 void Main::CmProgram()
 {
     PgmDialog dialog(space, *activePrompter, this);
+    dialog.session().openGeneralEditor = [this] { CmGeneral(); };
     dialog.session().openSummary = [this] { showSummary(Category::Warnings); };
     dialog.exec();
     updateCommands();

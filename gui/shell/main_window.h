@@ -64,6 +64,7 @@ class Main : public QMainWindow {
     void CmInputs();
     void CmOutputs();
     void CmPoints();
+    void CmGeneral();
     void CmProgram();
     void CmSummary();
     void CmWaveEdit();
