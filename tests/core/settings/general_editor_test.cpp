@@ -70,7 +70,6 @@ TEST_F(GeneralEditorTest, RingsTheListCannotHoldAreShownAndKept)
     space.image.gen.ringsToAnswer = 255;
     GeneralEditor& general = open();
     EXPECT_EQ(general.ringsChoices().labels.at(general.ringsIndex), "Never");
-    EXPECT_EQ(general.readControls().ringsToAnswer, 255);
     EXPECT_FALSE(general.changed());
 }
 
@@ -200,22 +199,6 @@ TEST_F(GeneralEditorTest, LeavingWithEditsAsksAndSavingRunsTheChecks)
     EXPECT_FALSE(space.DatabaseChanged);
     EXPECT_TRUE(space.navigation.pgmon());
     EXPECT_TRUE(prompter.finished());
-}
-
-TEST_F(GeneralEditorTest, CallProgressAdvisesAboutAnswerAfterDial)
-{
-    space.image.dir[1].dirText[0] = 'P';
-    space.image.dir[1].dirText[1] = '5';
-    space.image.dir[1].dirText[2] = 'M';
-    GeneralEditor& general = open();
-    general.callProgress = true;
-    general.ProgressChanged(prompter);
-    ASSERT_EQ(prompter.messages().size(), 1u);
-    EXPECT_EQ(prompter.messages()[0].title, "Warning");
-    EXPECT_EQ(prompter.messages()[0].text.rfind("The ANSWER command appears immediately after a Dial command in "
-                                                "Directory B.\n",
-                                                0),
-              0u);
 }
 
 } // namespace
