@@ -19,10 +19,7 @@ constexpr std::uint16_t kCarrierDetectTimer = 2400; // 60 s
 
 Message error(std::string text) { return Message{"Error", std::move(text), Icon::Error, Buttons::Ok}; }
 
-Message warningQuestion(std::string text)
-{
-    return Message{"Warning", std::move(text), Icon::Warning, Buttons::YesNo};
-}
+Message warningQuestion(std::string text) { return Message{"Warning", std::move(text), Icon::Warning, Buttons::YesNo}; }
 
 Choices outputChoices()
 {
@@ -158,8 +155,7 @@ bool GeneralEditor::claimOutput(Database& staged, int output, const SpecialOutpu
     }
     if (output > kOutputCount) // a value from outside names no port
         return true;
-    if (output != space.image.gen.*special.field &&
-        !TakeOutputFromPoints(staged, output, special.function, prompter))
+    if (output != space.image.gen.*special.field && !TakeOutputFromPoints(staged, output, special.function, prompter))
         return false;
     HardwarePort& port = outputPort(staged, output);
     if (port.typeFlags == 0)
@@ -173,8 +169,7 @@ GeneralCheck GeneralEditor::CanClose(Prompter& prompter)
     static const SpecialOutput kRing{&GeneralRecord::ringOut, "Conflict found! Output ", "Ring Out",
                                      " will be changed from an on/off type to timed for ringing.", kRingTimer};
     static const SpecialOutput kCarrierDetect{
-        &GeneralRecord::carrierDetectOut, "Conflict found with CD output! Output ",
-        "Modem Enable/Carrier Detect Out",
+        &GeneralRecord::carrierDetectOut, "Conflict found with CD output! Output ", "Modem Enable/Carrier Detect Out",
         " will be changed from an on/off type to a timed type for Modem Enable/Carrier Detect.", kCarrierDetectTimer};
 
     if (!open)

@@ -7,10 +7,7 @@ namespace rk4 {
 
 HardwarePort& outputPort(Database& db, int output) { return db.hardware.port.at(kInputCount + output - 1); }
 
-const HardwarePort& outputPort(const Database& db, int output)
-{
-    return db.hardware.port.at(kInputCount + output - 1);
-}
+const HardwarePort& outputPort(const Database& db, int output) { return db.hardware.port.at(kInputCount + output - 1); }
 
 void SetOutputTimed(HardwarePort& port, std::uint16_t timer)
 {

@@ -102,7 +102,9 @@ QWidget* GeneralDialog::buildSettings()
     form->addRow("&Shift Change code:", shiftChangeCodeEdit);
     modemEnableCodeEdit =
         lineField(box, "modemEnableCodeEdit", core.modemEnableCode, static_cast<int>(kMaxCodeDigits),
-                  "The code a caller enters to switch on the Modem Enable / Carrier Detect output." + digits);
+                  "The code that enables the unit's modem; its output is the Modem Enable / Carrier Detect "
+                  "output chosen under Special outputs." +
+                      digits);
     form->addRow("&Modem Enable code:", modemEnableCodeEdit);
 
     ringsCombo = choiceField(box, "ringsCombo", core.ringsChoices(), core.ringsIndex,
@@ -110,8 +112,8 @@ QWidget* GeneralDialog::buildSettings()
                              "appears only for a configuration whose unit never answers; it is kept as it is.");
     form->addRow("&Rings before answer:", ringsCombo);
     tempAckCombo = choiceField(box, "tempAckCombo", core.tempAckChoices(), core.tempAckIndex,
-                               "How long a temporary acknowledge holds an alarm off before the unit calls out "
-                               "again. None: acknowledges are not temporary.");
+                               "How long a temporary acknowledge lasts, in minutes. None: no temporary "
+                               "acknowledge.");
     form->addRow("&Temporary acknowledge:", tempAckCombo);
 
     callProgressCheck = new QCheckBox("Call &Progress", box);
@@ -157,8 +159,8 @@ QWidget* GeneralDialog::buildOutputs()
     form->addRow("R&ing Indicator:", ringOutCombo);
     carrierDetectCombo =
         choiceField(box, "carrierDetectCombo", core.carrierDetectChoices(), core.carrierDetectIndex,
-                    "The output switched on by the Modem Enable code or a carrier. It becomes a timed output of "
-                    "60 seconds, leaves any points that drive it, and cannot be a group's output.");
+                    "The output that serves Modem Enable / Carrier Detect. It becomes a timed output of 60 "
+                    "seconds, leaves any points that drive it, and cannot be a group's output.");
     form->addRow("Modem &Enable / Carrier Detect:", carrierDetectCombo);
     return box;
 }

@@ -95,11 +95,13 @@ TEST_F(GeneralEditorTest, SpecialOutputsAreCheckedAgainstEachOtherAndEveryGroup)
     conflicting.ringOutIndex = 4;
     conflicting.carrierDetectIndex = 4;
     EXPECT_FALSE(conflicting.CanClose(prompter).accepted);
-    EXPECT_EQ(prompter.messages().back().text, "Carrier Detect Output and Ring Output cannot be set to the same output");
+    EXPECT_EQ(prompter.messages().back().text,
+              "Carrier Detect Output and Ring Output cannot be set to the same output");
     conflicting.carrierDetectIndex = 3;
     EXPECT_EQ(conflicting.CanClose(prompter).focus, GeneralField::CarrierDetectOut);
-    EXPECT_EQ(prompter.messages().back().text,
-              "Conflict found with CD output! Output 3 is being used by Group 7 for Alarm Out  - both are not allowed.");
+    EXPECT_EQ(
+        prompter.messages().back().text,
+        "Conflict found with CD output! Output 3 is being used by Group 7 for Alarm Out  - both are not allowed.");
     EXPECT_EQ(space.image.hardware, ports) << "the ring port waits for the whole check";
 }
 
@@ -120,9 +122,9 @@ TEST_F(GeneralEditorTest, SpecialOutputsAreResetToTheirTimingsOnEveryOk)
     onOff.ringOutIndex = 6;
     onOff.accessCode = "12E";
     EXPECT_EQ(onOff.CanClose(prompter).focus, GeneralField::AccessCode);
-    ASSERT_EQ(prompter.texts(), (std::vector<std::string>{
-                                    "Output 6 will be changed from an on/off type to timed for ringing.",
-                                    "Invalid digit found in the Access code, use 0-9, *, #, A, B, C and D only."}));
+    ASSERT_EQ(prompter.texts(),
+              (std::vector<std::string>{"Output 6 will be changed from an on/off type to timed for ringing.",
+                                        "Invalid digit found in the Access code, use 0-9, *, #, A, B, C and D only."}));
     EXPECT_EQ(output(6).typeFlags, 0);
     EXPECT_EQ(space.image.gen.ringOut, 2);
 }
@@ -161,11 +163,10 @@ TEST_F(GeneralEditorTest, CodesAreCheckedInTurn)
     EXPECT_EQ(general.CanClose(prompter).focus, GeneralField::ModemEnableCode);
     general.modemEnableCode = "ABCD*#0";
     EXPECT_EQ(general.CanClose(prompter).focus, GeneralField::AccessCode);
-    EXPECT_EQ(prompter.texts(),
-              (std::vector<std::string>{
-                  "Shift Change code has too may digits - maximum is 7",
-                  "Invalid digit found in the Modem Enable code, use 0-9, *, #, A, B, C and D only.",
-                  "Access code has too may digits - maximum is 7"}));
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{
+                                    "Shift Change code has too may digits - maximum is 7",
+                                    "Invalid digit found in the Modem Enable code, use 0-9, *, #, A, B, C and D only.",
+                                    "Access code has too may digits - maximum is 7"}));
     EXPECT_FALSE(space.DatabaseChanged);
 }
 
