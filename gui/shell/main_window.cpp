@@ -11,6 +11,7 @@
 #include "gui/points/points_win.h"
 #include "gui/report/printout_win.h"
 #include "gui/settings/general_dialog.h"
+#include "gui/settings/group_dialog.h"
 #include "gui/shell/editor_window.h"
 
 #include "gui/voice/wave_dialog.h"
@@ -187,6 +188,7 @@ void Main::addEditorCommands()
     general->setIconText("General");
     general->setIcon(style()->standardIcon(QStyle::SP_FileDialogInfoView));
     navigationBar->addAction(general);
+    addGroupCommands();
     addDirectoryCommands();
 }
 
@@ -208,6 +210,37 @@ void Main::addDirectoryCommands()
         navigationBar->addAction(action);
     }
 }
+
+void Main::addGroupCommands()
+{
+    static constexpr void (Main::*kOpen[kUsedGroupCount])() = {&Main::CmGroup1, &Main::CmGroup2, &Main::CmGroup3,
+                                                               &Main::CmGroup4, &Main::CmGroup5, &Main::CmGroup6};
+    auto advanced = [this] { return !space.basicMode(); };
+    configureMenu->addSeparator();
+    for (int g = 0; g < kUsedGroupCount; ++g) {
+        QAction* action = addCommand(
+            configureMenu, QString("Group &%1...").arg(g + 1), QString("actionGroup%1").arg(g + 1), kOpen[g],
+            [this, g] { return space.navigation.groupOn(g); }, advanced);
+        action->setStatusTip(QString("Edit Group %1: its codes, call-out timers, directories, outputs and "
+                                     "acknowledge input")
+                                 .arg(g + 1));
+    }
+}
+
+void Main::openGroup(int group)
+{
+    GroupDialog dialog(space, group, *activePrompter, this);
+    updateCommands();
+    dialog.exec();
+    updateCommands();
+}
+
+void Main::CmGroup1() { openGroup(1); }
+void Main::CmGroup2() { openGroup(2); }
+void Main::CmGroup3() { openGroup(3); }
+void Main::CmGroup4() { openGroup(4); }
+void Main::CmGroup5() { openGroup(5); }
+void Main::CmGroup6() { openGroup(6); }
 
 void Main::openDirectory(int directory) { openEditorWindow(*this, new DirWin(space, *activePrompter, directory)); }
 

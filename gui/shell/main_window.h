@@ -65,6 +65,12 @@ class Main : public QMainWindow {
     void CmOutputs();
     void CmPoints();
     void CmGeneral();
+    void CmGroup1();
+    void CmGroup2();
+    void CmGroup3();
+    void CmGroup4();
+    void CmGroup5();
+    void CmGroup6();
     void CmProgram();
     void CmSummary();
     void CmWaveEdit();
@@ -84,6 +90,8 @@ class Main : public QMainWindow {
     void addToolCommands();
     void addDirectoryCommands();
     void openDirectory(int directory);
+    void addGroupCommands();
+    void openGroup(int group);
     void ChangeMode();
     void startupIdle();
     QAction* addCommand(QMenu* menu, const QString& text, const QString& objectName, void (Main::*slot)(),
