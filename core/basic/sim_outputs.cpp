@@ -17,7 +17,11 @@ constexpr std::uint16_t kDefaultOnTime = 400; // 10 s, as the Basic template's o
 
 std::string outputName(std::uint8_t output)
 {
-    return output == 0 ? std::string("not used") : "Output " + std::to_string(output);
+    if (output == 0)
+        return "not used";
+    const std::string name = "Output " + std::to_string(output);
+    // The Basic template puts the carrier detect on output 4, which is also a user output.
+    return output <= kUserOutputs ? name + ", also a user output" : name;
 }
 
 } // namespace

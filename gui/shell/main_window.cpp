@@ -1,7 +1,11 @@
 #include "gui/shell/main_window.h"
 
 #include "core/shell/text_form_commands.h"
+#include "gui/basic/alarms_dialog.h"
 #include "gui/basic/rules_dialog.h"
+#include "gui/basic/sim_dir_dialog.h"
+#include "gui/basic/sim_gen_dialog.h"
+#include "gui/basic/sim_out_dialog.h"
 #include "gui/basic/simple_warning_dialog.h"
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
@@ -190,6 +194,64 @@ void Main::addEditorCommands()
     navigationBar->addAction(general);
     addGroupCommands();
     addDirectoryCommands();
+    addBasicCommands();
+}
+
+void Main::addBasicCommands()
+{
+    // In Basic mode these four dialogs stand in for the Advanced editors.
+    auto basic = [this] { return space.basicMode(); };
+    const struct {
+        const char* text;
+        const char* name;
+        void (Main::*slot)();
+        NavFlag flag;
+        QStyle::StandardPixmap icon;
+        const char* tip;
+    } kBasic[] = {
+        {"&System Settings...", "actionSimGen", &Main::CmSimGen, NavFlag::General, QStyle::SP_ComputerIcon,
+         "Edit the unit's codes, rings before answer and acknowledge time"},
+        {"&Directories...", "actionSimDir", &Main::CmSimDir, NavFlag::DirA, QStyle::SP_FileDialogContentsView,
+         "Edit the phone numbers and codes of Directories A and B"},
+        {"&Outputs...", "actionSimout", &Main::CmSimout, NavFlag::Outputs, QStyle::SP_ArrowLeft,
+         "Edit the four user outputs"},
+        {"&Alarms...", "actionAlarms", &Main::CmAlarms, NavFlag::Inputs, QStyle::SP_ArrowRight,
+         "Edit the eight alarms and their input format and debounce"},
+    };
+    configureMenu->addSeparator();
+    for (const auto& command : kBasic) {
+        QAction* action = addCommand(
+            configureMenu, command.text, command.name, command.slot,
+            [this, flag = command.flag] { return space.navigation.isOn(flag); }, basic);
+        action->setIconText(QString(command.text).remove('&').remove("..."));
+        action->setIcon(style()->standardIcon(command.icon));
+        action->setStatusTip(command.tip);
+        navigationBar->addAction(action);
+    }
+}
+
+void Main::CmSimGen()
+{
+    SimGenDialog(space, *activePrompter, this).exec();
+    updateCommands();
+}
+
+void Main::CmSimDir()
+{
+    SimDirDialog(space, *activePrompter, this).exec();
+    updateCommands();
+}
+
+void Main::CmSimout()
+{
+    SimoutDialog(space, *activePrompter, this).exec();
+    updateCommands();
+}
+
+void Main::CmAlarms()
+{
+    AlarmsDialog(space, *activePrompter, this).exec();
+    updateCommands();
 }
 
 void Main::addDirectoryCommands()

@@ -74,6 +74,10 @@ class Main : public QMainWindow {
     void CmProgram();
     void CmSummary();
     void CmWaveEdit();
+    void CmSimGen();
+    void CmSimDir();
+    void CmSimout();
+    void CmAlarms();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -89,6 +93,7 @@ class Main : public QMainWindow {
     void addEditorCommands();
     void addToolCommands();
     void addDirectoryCommands();
+    void addBasicCommands();
     void openDirectory(int directory);
     void addGroupCommands();
     void openGroup(int group);

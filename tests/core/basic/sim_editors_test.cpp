@@ -382,7 +382,7 @@ TEST_F(SimEditorsTest, HardwareOutputsShowTheirRoles)
     SimoutEditor editor(space);
     const auto roles = editor.hardwareRoles();
     ASSERT_EQ(roles.size(), 5u);
-    EXPECT_EQ(roles[0].output, "Output 4");
+    EXPECT_EQ(roles[0].output, "Output 4, also a user output");
     EXPECT_EQ(roles[1].output, "Output 5");
     EXPECT_EQ(roles[2].output, "Output 6");
     EXPECT_EQ(roles[3].output, "Output 7");
