@@ -1,4 +1,4 @@
-// Times wave-to-phrase conversion of a ten-minute 44100 Hz 16-bit mono
+// Times wave-to-phrase conversion of a two-minute 44100 Hz 16-bit mono
 // recording against sox's own encoder for the same ADPCM family, in one run
 // on the same file:  wav2vox_bench [--rk4 PATH-TO-rk4] [--runs N]
 #include "core/database/file.h"
@@ -23,10 +23,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Speech-like material: a wandering pitch with harmonics, syllable envelopes and noise.
-std::vector<std::uint8_t> tenMinuteWave()
+std::vector<std::uint8_t> twoMinuteWave()
 {
     constexpr std::uint32_t rate = 44100;
-    std::vector<std::int16_t> samples(static_cast<std::size_t>(rate) * 600);
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(rate) * 120);
     std::mt19937 random(1);
     std::normal_distribution<double> noise(0.0, 300.0);
     double phase = 0;
@@ -69,11 +69,11 @@ int main(int argc, char** argv)
     const auto dir = std::filesystem::temp_directory_path() / ("wav2vox_bench." + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
     const auto wave = dir / "in.wav";
-    if (!rk4::writeFileAtomically(wave, tenMinuteWave())) {
+    if (!rk4::writeFileAtomically(wave, twoMinuteWave())) {
         std::fprintf(stderr, "cannot write %s\n", wave.c_str());
         return 1;
     }
-    std::printf("input: %s, %ju bytes (10 min, 44100 Hz, 16-bit, mono); median of %d runs\n", wave.c_str(),
+    std::printf("input: %s, %ju bytes (2 min, 44100 Hz, 16-bit, mono); median of %d runs\n", wave.c_str(),
                 static_cast<std::uintmax_t>(std::filesystem::file_size(wave)), runs);
 
     const double ours = medianSeconds(runs, [&] {

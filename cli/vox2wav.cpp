@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 
@@ -26,16 +27,22 @@ int vox2wav(const Vox2wavOptions& options, Context& context)
         printMessage(context.err, kCannotOpenFile, fileAndCause(options.source, vox.cause()));
         return 2;
     }
+    const std::string destination = options.destination.empty()
+                                        ? std::filesystem::path(options.source).replace_extension(".wav").string()
+                                        : options.destination;
+    if (wouldReplace(destination, options.source)) {
+        printMessage(context.err, kCannotOpenOutputFile, destination + ": it is the phrase file being decoded");
+        return 2;
+    }
     const std::vector<std::int16_t> samples = decodeVox(phraseData(vox.bytes));
-    if (const SaveResult saved = writeFileAtomically(options.destination, waveFileBytes(samples, kPhraseRate));
-        !saved) {
-        printMessage(context.err, kCannotOpenOutputFile, fileAndCause(options.destination, saved.cause()));
+    if (const SaveResult saved = writeFileAtomically(destination, waveFileBytes(samples, kPhraseRate)); !saved) {
+        printMessage(context.err, kCannotOpenOutputFile, fileAndCause(destination, saved.cause()));
         return 1;
     }
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.3f", static_cast<double>(samples.size()) / kPhraseRate);
-    context.out << options.source << " -> " << options.destination << ", " << samples.size() << " samples, "
-                << seconds << " s at 8000 Hz\n";
+    context.out << options.source << " -> " << destination << ", " << samples.size() << " samples, " << seconds
+                << " s at 8000 Hz\n";
     return 0;
 }
 
@@ -46,7 +53,8 @@ VerbBody addVox2wavVerb(CLI::App& rk4, Context& context)
     CLI::App* verb = rk4.add_subcommand("vox2wav", "Decode a phrase file to an 8000 Hz wave");
     auto options = std::make_shared<Vox2wavOptions>();
     verb->add_option("IN.vox", options->source, "The phrase file")->required();
-    verb->add_option("OUT.wav", options->destination, "The wave file to write")->required();
+    verb->add_option("OUT.wav", options->destination,
+                     "The wave file to write (default: IN with .wav for its last extension)");
     return [options, &context] { return vox2wav(*options, context); };
 }
 

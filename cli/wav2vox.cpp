@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 
@@ -17,17 +18,23 @@ struct Wav2voxOptions {
     std::string destination;
 };
 
+// The phrase goes beside the recording, under its name with the last
+// extension replaced: zone.1.wav gives zone.1.vox.
+std::string defaultDestination(const std::string& source)
+{
+    return std::filesystem::path(source).replace_extension(".vox").string();
+}
+
 int wav2vox(const Wav2voxOptions& options, Context& context)
 {
     WaveConverter converter;
     converter.SetupWindow();
     converter.keepWaveforms = false;
     converter.source = options.source;
-    converter.destination =
-        options.destination.empty() ? GetDefaultDestination("", converter.source) : options.destination;
+    converter.destination = options.destination.empty() ? defaultDestination(options.source) : options.destination;
     StreamPrompter prompter(context.err);
     if (!converter.CmConvert(prompter))
-        return 1;
+        return converter.failure == ConvertFailure::Destination ? 1 : 2;
 
     context.out << converter.status << ": " << converter.source << " (" << converter.sourceFormat << ") -> "
                 << converter.destination << ", " << std::max(converter.outputCount - 1, 0) << " codes\n";
@@ -46,7 +53,8 @@ VerbBody addWav2voxVerb(CLI::App& rk4, Context& context)
     CLI::App* verb = rk4.add_subcommand("wav2vox", "Convert a recording to a phrase file");
     auto options = std::make_shared<Wav2voxOptions>();
     verb->add_option("IN.wav", options->source, "The recording (RIFF WAVE)")->required();
-    verb->add_option("OUT.vox", options->destination, "The phrase file to write (default: beside the recording)");
+    verb->add_option("OUT.vox", options->destination,
+                     "The phrase file to write (default: IN with .vox for its last extension)");
     return [options, &context] { return wav2vox(*options, context); };
 }
 

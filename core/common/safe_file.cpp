@@ -145,6 +145,12 @@ SaveResult checkSaveTarget(const fs::path& target)
     return {};
 }
 
+bool wouldReplace(const fs::path& target, const fs::path& source)
+{
+    std::error_code error;
+    return fs::equivalent(target, source, error) && !error;
+}
+
 SafeFileWriter::SafeFileWriter(const fs::path& target) : resolved(saveTargetOf(target))
 {
     outcome = checkSaveTarget(resolved);

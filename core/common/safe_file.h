@@ -41,6 +41,11 @@ std::filesystem::path saveTargetOf(const std::filesystem::path& target);
 // target that is not a regular file, a file or folder that is not writable.
 SaveResult checkSaveTarget(const std::filesystem::path& target);
 
+// True when saving to `target` would replace the existing file `source`: the
+// same path, another name for it (a hard or symbolic link), or its folder
+// spelled differently.
+bool wouldReplace(const std::filesystem::path& target, const std::filesystem::path& source);
+
 // A file written piece by piece that replaces its target only on commit().
 // Destroyed without a commit, it removes its temporary file.
 class SafeFileWriter {

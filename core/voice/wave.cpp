@@ -5,39 +5,79 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
-#include <limits>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace rk4 {
 
 namespace {
 
-constexpr std::size_t kRiffHeaderSize = 12;
 constexpr std::size_t kChunkHeaderSize = 8;
 constexpr std::size_t kFmtFieldsSize = 16;
+constexpr std::size_t kExtensibleFmtSize = 40;
 constexpr std::size_t kBlockSamples = 1024;
+constexpr std::int32_t kWideFullScale = 8388608; // 24-bit samples; wider and float ones are brought to it
 
-// Reads exactly `count` bytes; what the file does not hold reads as 0.
-template <std::size_t count>
-std::array<std::uint8_t, count> readFields(ByteSource& source)
+// How one sample of the mixed-down input is held while resampling: 8-bit
+// PCM as its unsigned byte, 16-bit as it is, every wider or float format on
+// a 24-bit scale.
+enum class SampleScale { Unsigned8, Signed16, Wide };
+
+SampleScale scaleOf(const WaveFormat& format)
 {
-    std::array<std::uint8_t, count> bytes{};
-    source.read(bytes);
-    return bytes;
+    if (format.encoding == kWavePcm && format.bitsPerSample == 8)
+        return SampleScale::Unsigned8;
+    if (format.encoding == kWavePcm && format.bitsPerSample == 16)
+        return SampleScale::Signed16;
+    return SampleScale::Wide;
+}
+
+// One channel's sample, signed, on its scale (8-bit centred on 0).
+int channelSample(const WaveFormat& format, const std::uint8_t* at)
+{
+    switch (format.bitsPerSample) {
+    case 8: return at[0] - 128;
+    case 16: return static_cast<std::int16_t>(at[0] | at[1] << 8);
+    default: break;
+    }
+    const auto byte = [at](int index) { return static_cast<std::uint32_t>(at[index]); };
+    if (format.bitsPerSample == 24) // placed in the top of a 32-bit word to carry its sign
+        return static_cast<std::int32_t>(byte(0) << 8 | byte(1) << 16 | byte(2) << 24) / 256;
+    const std::uint32_t bits = byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
+    if (format.encoding == kWavePcm)
+        return static_cast<std::int32_t>(bits) / 256;
+    float value;
+    std::memcpy(&value, &bits, sizeof value);
+    if (!(value == value)) // NaN
+        return 0;
+    const double scaled = std::trunc(static_cast<double>(value) * kWideFullScale);
+    return static_cast<int>(std::clamp(scaled, -double(kWideFullScale), double(kWideFullScale - 1)));
+}
+
+// A frame as the converter takes it: a stereo pair is mixed to the mean of
+// its two samples, truncated toward zero.
+int frameSample(const WaveFormat& format, const std::uint8_t* frame)
+{
+    int sample = channelSample(format, frame);
+    if (format.channels == 2)
+        sample = (sample + channelSample(format, frame + format.bitsPerSample / 8)) / 2;
+    return format.eightBit() ? sample + 128 : sample;
 }
 
 // The converter's input buffer: 1024 samples, refilled block by block from
-// the file. A read past the end of the file fills only part of it, so the
-// rest still holds the samples of an earlier block; a slot no block reached
-// holds silence.
+// the data chunk. Slots past the end of the data hold silence, or what an
+// earlier block left there.
 class BlockBuffer {
   public:
-    BlockBuffer(ByteSource& source, bool eightBit)
-        : source(source), width(eightBit ? 1 : 2), current(kBlockSamples, eightBit ? 128 : 0),
-          scratch(kBlockSamples * width)
+    BlockBuffer(ByteSource& source, const WaveFormat& format, std::uint64_t frames)
+        : source(source), format(format), framesLeft(frames), current(kBlockSamples, format.eightBit() ? 128 : 0),
+          scratch(kBlockSamples * format.frameBytes())
     {
         fill(current);
     }
@@ -79,13 +119,17 @@ class BlockBuffer {
 
     void fill(std::vector<int>& buffer)
     {
-        const std::size_t got = source.read(scratch) / width; // a partial last sample is not taken
+        const std::size_t frameBytes = format.frameBytes();
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSamples, framesLeft));
+        const std::size_t got = source.read(std::span(scratch).first(wanted * frameBytes)) / frameBytes;
+        framesLeft -= got;
         for (std::size_t i = 0; i < got; ++i)
-            buffer[i] = width == 1 ? scratch[i] : static_cast<std::int16_t>(readLE16(scratch, 2 * i));
+            buffer[i] = frameSample(format, scratch.data() + i * frameBytes);
     }
 
     ByteSource& source;
-    std::size_t width;
+    const WaveFormat& format;
+    std::uint64_t framesLeft;
     std::vector<int> current;
     std::vector<int> next;
     std::vector<std::uint8_t> scratch;
@@ -93,26 +137,100 @@ class BlockBuffer {
     bool lookahead = false;
 };
 
-std::int16_t to12Bits(int sample, bool eightBit)
+std::int16_t to12Bits(int sample, SampleScale scale)
 {
-    // 16-bit samples lose four bits with a division that truncates toward zero.
-    return static_cast<std::int16_t>(eightBit ? (sample - 128) * 16 : sample / 16);
+    // Wider samples lose their low bits with a division that truncates toward zero.
+    switch (scale) {
+    case SampleScale::Unsigned8: return static_cast<std::int16_t>((sample - 128) * 16);
+    case SampleScale::Signed16: return static_cast<std::int16_t>(sample / 16);
+    case SampleScale::Wide: break;
+    }
+    return static_cast<std::int16_t>(sample / 4096);
 }
 
-// The header's count, bounded so that a data size the file does not hold
-// stops one block after the file's end instead of running on for gigabytes.
-std::int32_t outputCountFor(const WaveFormat& format, double ratio, std::uint64_t availableSamples)
+// The output sample count: the data's length over the ratio, in frames.
+double outputCountFor(const WaveFormat& format, double ratio)
 {
-    if (!(ratio > 0.0))
-        return 0;
-    double count = format.dataSize / ratio;
-    if (format.bitsPerSample == 16)
-        count /= 2;
-    const std::uint64_t readable =
-        (availableSamples + kBlockSamples - 1) / kBlockSamples * kBlockSamples + kBlockSamples;
-    const double bound = std::floor(static_cast<double>(readable) / ratio) + 1;
-    count = std::min({count, bound, static_cast<double>(std::numeric_limits<std::int32_t>::max())});
-    return static_cast<std::int32_t>(count);
+    const std::uint64_t bytes = std::min<std::uint64_t>(format.dataSize, format.dataAvailable);
+    return static_cast<double>(bytes) / ratio / static_cast<double>(format.frameBytes());
+}
+
+// The length of the phrase file `count` output samples make, padding included.
+constexpr std::uint64_t phraseFileBytes(std::uint64_t count)
+{
+    const std::uint64_t blocks = count / 512 + 1; // with the 0x80 run
+    return blocks * 256 + (16 - blocks % 16) * 256;
+}
+
+// The longest phrase the voice store takes, in output samples. The file's
+// length moves in steps of 512 samples, so the answer ends a step.
+constexpr std::uint64_t longestPhrase()
+{
+    std::uint64_t count = kVoiceStoreBytes * 2;
+    while (phraseFileBytes(count) > kVoiceStoreBytes)
+        count -= 512;
+    return count / 512 * 512 + 511;
+}
+static_assert(longestPhrase() == 1048063);
+
+std::string seconds(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f s", value);
+    return text;
+}
+
+// The first bytes of a file as text, unprintable ones in hex: "MZ\x90\x00".
+std::string quoted(std::span<const std::uint8_t> bytes)
+{
+    std::string text = "\"";
+    for (const std::uint8_t byte : bytes) {
+        char piece[8];
+        std::snprintf(piece, sizeof piece, byte >= 0x20 && byte < 0x7F ? "%c" : "\\x%02X", byte);
+        text += piece;
+    }
+    return text + "\"";
+}
+
+std::string encodingName(std::uint16_t tag)
+{
+    switch (tag) {
+    case 0: return "an unknown encoding (format 0)";
+    case 2: return "ADPCM";
+    case 6: return "A-law";
+    case 7: return "mu-law";
+    case 0x11: return "IMA ADPCM";
+    case 0x31: return "GSM 6.10";
+    case 0x50: return "MPEG audio";
+    case 0x55: return "MP3";
+    default: break;
+    }
+    char text[40];
+    std::snprintf(text, sizeof text, "encoding 0x%04X", tag);
+    return text;
+}
+
+// What keeps a header's format from being converted; empty when nothing does.
+std::string formatProblem(const WaveFormat& format)
+{
+    if (format.encoding == kWavePcm) {
+        if (format.bitsPerSample != 8 && format.bitsPerSample != 16 && format.bitsPerSample != 24 &&
+            format.bitsPerSample != 32)
+            return std::to_string(format.bitsPerSample) + "-bit PCM: only 8, 16, 24 and 32-bit PCM can be converted";
+    } else if (format.encoding == kWaveFloat) {
+        if (format.bitsPerSample != 32)
+            return std::to_string(format.bitsPerSample) + "-bit float: only 32-bit float can be converted";
+    } else {
+        return encodingName(format.encoding) + ": only PCM and 32-bit float wave files can be converted";
+    }
+    if (format.channels == 0)
+        return "the header gives no channels";
+    if (format.channels > 2)
+        return std::to_string(format.channels) + " channels: only mono and stereo can be converted";
+    if (format.sampleRate < kLowestWaveRate || format.sampleRate > kHighestWaveRate)
+        return "sample rate " + std::to_string(format.sampleRate) + " Hz: phrases are made from " +
+               std::to_string(kLowestWaveRate) + " to " + std::to_string(kHighestWaveRate) + " Hz";
+    return {};
 }
 
 bool isExactRatio(double ratio) { return ratio == 1.0 || ratio == 2.0 || ratio == 4.0 || ratio == 6.0; }
@@ -132,7 +250,6 @@ class SpanSource : public ByteSource {
         position += static_cast<std::size_t>(std::min<std::uint64_t>(count, remaining()));
     }
     std::uint64_t remaining() const override { return bytes.size() - position; }
-    std::size_t offset() const { return position; }
 
   private:
     std::span<const std::uint8_t> bytes;
@@ -141,13 +258,27 @@ class SpanSource : public ByteSource {
 
 } // namespace
 
-FileSource::FileSource(const std::filesystem::path& path) : file(std::fopen(path.c_str(), "rb"))
+FileSource::FileSource(const std::filesystem::path& path)
 {
-    if (!file)
+    // Non-blocking, so naming a FIFO refuses it instead of waiting for a writer.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        why = std::strerror(errno);
         return;
+    }
     struct stat status {};
-    if (::fstat(::fileno(file), &status) == 0 && S_ISREG(status.st_mode))
-        size = static_cast<std::uint64_t>(status.st_size);
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        why = S_ISDIR(status.st_mode) ? "not a regular file (a folder)" : "not a regular file";
+        ::close(fd);
+        return;
+    }
+    size = static_cast<std::uint64_t>(status.st_size);
+    file = ::fdopen(fd, "rb");
+    if (!file) {
+        why = std::strerror(errno);
+        ::close(fd);
+        return;
+    }
     std::setvbuf(file, nullptr, _IOFBF, 1 << 16);
 }
 
@@ -176,49 +307,100 @@ std::uint64_t FileSource::remaining() const { return size > position ? size - po
 WaveFormat readWaveFormat(ByteSource& source)
 {
     WaveFormat format;
-    source.skip(kRiffHeaderSize);
-    const auto fmt = readFields<kChunkHeaderSize + kFmtFieldsSize>(source);
-    const std::uint32_t fmtSize = readLE32(fmt, 4);
-    format.formatTag = readLE16(fmt, 8);
-    format.channels = readLE16(fmt, 10);
-    format.sampleRate = readLE32(fmt, 12);
-    format.byteRate = readLE32(fmt, 16);
-    format.blockAlign = readLE16(fmt, 20);
-    format.bitsPerSample = readLE16(fmt, 22);
-    if (fmtSize > kFmtFieldsSize)
-        source.skip(fmtSize - kFmtFieldsSize);
-    auto chunk = readFields<kChunkHeaderSize>(source);
-    if (std::equal(chunk.begin(), chunk.begin() + 4, "fact")) {
-        // Its content is taken to be the usual four bytes, whatever its size says.
-        format.hasFact = true;
-        source.skip(4);
-        chunk = readFields<kChunkHeaderSize>(source);
+    const std::uint64_t fileSize = source.remaining();
+    std::array<std::uint8_t, 12> riff{};
+    const std::size_t riffBytes = source.read(riff);
+    if (riffBytes == 0) {
+        format.problem = "the file is empty";
+        return format;
     }
-    format.dataSize = readLE32(chunk, 4);
-    return format;
+    if (riffBytes < riff.size() || !std::equal(riff.begin(), riff.begin() + 4, "RIFF") ||
+        !std::equal(riff.begin() + 8, riff.end(), "WAVE")) {
+        const bool riffForm = riffBytes >= 4 && std::equal(riff.begin(), riff.begin() + 4, "RIFF");
+        format.problem = riffForm && riffBytes == riff.size()
+                             ? "a RIFF file of type " + quoted(std::span(riff).subspan(8)) + ", not WAVE"
+                             : "not a RIFF WAVE file: it starts with " +
+                                   quoted(std::span(riff).first(std::min<std::size_t>(riffBytes, 4)));
+        return format;
+    }
+    std::uint64_t position = riff.size();
+    bool haveFmt = false;
+    for (;;) {
+        std::array<std::uint8_t, kChunkHeaderSize> chunk{};
+        if (source.read(chunk) < chunk.size()) {
+            format.problem = haveFmt ? "no data chunk" : "no fmt chunk";
+            return format;
+        }
+        position += chunk.size();
+        const std::uint32_t size = readLE32(chunk, 4);
+        const auto named = [&](const char* id) { return std::equal(chunk.begin(), chunk.begin() + 4, id); };
+        if (named("data")) {
+            if (!haveFmt) {
+                format.problem = "no fmt chunk before the data";
+                return format;
+            }
+            format.dataSize = size;
+            format.dataOffset = static_cast<std::size_t>(position);
+            format.dataAvailable = std::min<std::uint64_t>(size, fileSize - std::min(fileSize, position));
+            format.problem = formatProblem(format);
+            return format;
+        }
+        const std::uint64_t whole = size + (size & 1); // chunks are padded to an even length
+        std::uint64_t rest = whole;
+        if (named("fmt ") && !haveFmt) {
+            std::array<std::uint8_t, kExtensibleFmtSize> fields{};
+            const std::size_t wanted = std::min<std::size_t>(size, fields.size());
+            if (size < kFmtFieldsSize || source.read(std::span(fields).first(wanted)) < wanted) {
+                format.problem = "the fmt chunk is too short";
+                return format;
+            }
+            rest -= wanted;
+            format.formatTag = readLE16(fields, 0);
+            format.channels = readLE16(fields, 2);
+            format.sampleRate = readLE32(fields, 4);
+            format.byteRate = readLE32(fields, 8);
+            format.blockAlign = readLE16(fields, 12);
+            format.bitsPerSample = readLE16(fields, 14);
+            // The extensible form names its encoding in the first two bytes of its sub-format.
+            format.encoding = format.formatTag == kWaveExtensible && size >= kExtensibleFmtSize ? readLE16(fields, 24)
+                                                                                                : format.formatTag;
+            haveFmt = true;
+        } else if (named("fact")) {
+            format.hasFact = true;
+        }
+        source.skip(rest);
+        position += whole;
+    }
 }
 
 WaveFormat readWaveFormat(std::span<const std::uint8_t> wave)
 {
     SpanSource source(wave);
-    WaveFormat format = readWaveFormat(source);
-    format.dataOffset = source.offset();
-    return format;
+    return readWaveFormat(source);
 }
 
 VoxConversion convertWave(ByteSource& source)
 {
     VoxConversion result;
     result.format = readWaveFormat(source);
-    const WaveFormat& format = result.format;
-    const bool eightBit = format.eightBit();
+    WaveFormat& format = result.format;
+    if (!format.convertible())
+        return result;
     const double ratio = format.sampleRate * 0.000125;
-    const std::int32_t count = outputCountFor(format, ratio, source.remaining() / (eightBit ? 1 : 2));
+    const double wanted = outputCountFor(format, ratio);
+    if (wanted > static_cast<double>(longestPhrase())) {
+        format.problem = "too long: " + seconds(wanted / kPhraseRate) +
+                         " at 8000 Hz, and the unit's voice store holds " +
+                         seconds(static_cast<double>(longestPhrase()) / kPhraseRate);
+        return result;
+    }
+    const auto count = static_cast<std::int32_t>(wanted);
     result.outputCount = count;
-    BlockBuffer input(source, eightBit);
+    const SampleScale scale = scaleOf(format);
+    BlockBuffer input(source, format, format.dataAvailable / format.frameBytes());
 
     std::vector<std::uint8_t>& out = result.vox;
-    out.reserve(static_cast<std::size_t>(std::max(count, 0)) / 2 + 2 * kPhraseBlock);
+    out.reserve(static_cast<std::size_t>(phraseFileBytes(static_cast<std::uint64_t>(count))));
     AdpcmCodec codec;
     const bool exact = isExactRatio(ratio);
     const auto exactStep = static_cast<std::uint64_t>(ratio);
@@ -245,7 +427,7 @@ VoxConversion convertWave(ByteSource& source)
                     sample = static_cast<int>(sample + step);
             }
         }
-        const int code = codec.ADPCMencode(to12Bits(sample, eightBit));
+        const int code = codec.ADPCMencode(to12Bits(sample, scale));
         if (codec.predictor == kMaxSample12 || codec.predictor == kMinSample12)
             ++result.clippedCodes;
         result.peak12 = std::max<int>(result.peak12, std::abs(codec.predictor));
@@ -325,15 +507,20 @@ std::vector<std::uint8_t> waveFileBytes(std::span<const std::int16_t> samples, s
 
 std::vector<std::int16_t> waveSamples(std::span<const std::uint8_t> wave, const WaveFormat& format)
 {
+    if (!format.convertible() || format.dataOffset > wave.size())
+        return {};
     const std::span<const std::uint8_t> data =
         wave.subspan(format.dataOffset, std::min<std::size_t>(format.dataSize, wave.size() - format.dataOffset));
-    const std::size_t width = format.eightBit() ? 1 : 2;
-    const std::size_t stride = width * std::max<std::size_t>(1, std::min<std::uint16_t>(format.channels, 16));
+    const std::size_t frameBytes = format.frameBytes();
+    const SampleScale scale = scaleOf(format);
     std::vector<std::int16_t> samples;
-    samples.reserve(data.size() / stride);
-    for (std::size_t at = 0; at + width <= data.size(); at += stride)
-        samples.push_back(format.eightBit() ? static_cast<std::int16_t>((data[at] - 128) * 256)
-                                            : static_cast<std::int16_t>(readLE16(data, at)));
+    samples.reserve(data.size() / frameBytes);
+    for (std::size_t at = 0; at + frameBytes <= data.size(); at += frameBytes) {
+        const int sample = frameSample(format, data.data() + at);
+        samples.push_back(static_cast<std::int16_t>(scale == SampleScale::Unsigned8  ? (sample - 128) * 256
+                                                    : scale == SampleScale::Signed16 ? sample
+                                                                                     : sample / 256));
+    }
     return samples;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace rk4 {
@@ -17,22 +18,44 @@ inline constexpr std::size_t kPhraseBlock = 4096;
 inline constexpr std::uint8_t kSilenceByte = 0x80; // codes 0 and 8: the codec's idle pattern
 inline constexpr std::uint8_t kFillByte = 0xFF;
 
-// What the converter takes from a wave file's header. Nothing is validated:
-// the fmt chunk is taken where it is expected, and whatever follows it (after
-// an optional "fact" chunk) is taken as the data chunk.
+// The largest voice store a unit has: no phrase may be longer.
+inline constexpr std::size_t kVoiceStoreBytes = 524288;
+// The sample rates a phrase can be made from. Below the range each input
+// sample would be repeated into several; above it the converter would throw
+// most of the recording away.
+inline constexpr std::uint32_t kLowestWaveRate = 4000;
+inline constexpr std::uint32_t kHighestWaveRate = 192000;
+
+inline constexpr std::uint16_t kWavePcm = 1;
+inline constexpr std::uint16_t kWaveFloat = 3;
+inline constexpr std::uint16_t kWaveExtensible = 0xFFFE;
+
+// What a wave file's header says, found by walking its RIFF chunks up to the
+// data chunk. `problem` names what keeps the file from being converted.
 struct WaveFormat {
-    std::uint16_t formatTag = 0;
+    std::uint16_t formatTag = 0; // as written; `encoding` resolves the extensible form
+    std::uint16_t encoding = 0;  // kWavePcm or kWaveFloat when convertible
     std::uint16_t channels = 0;
     std::uint32_t sampleRate = 0;
     std::uint32_t byteRate = 0;
     std::uint16_t blockAlign = 0;
     std::uint16_t bitsPerSample = 0;
-    std::uint32_t dataSize = 0; // as the header says, not as the file holds
-    std::size_t dataOffset = 0; // where the samples start, at most the file's length
+    std::uint32_t dataSize = 0;      // as the header says
+    std::uint64_t dataAvailable = 0; // what the file holds of it
+    std::size_t dataOffset = 0;      // where the samples start
     bool hasFact = false;
+    std::string problem;
 
-    bool eightBit() const { return bitsPerSample == 8; } // any other width is read as 16-bit
-    bool plainMono() const { return formatTag == 1 && channels == 1 && (bitsPerSample == 8 || bitsPerSample == 16); }
+    bool convertible() const { return problem.empty(); }
+    bool eightBit() const { return bitsPerSample == 8; }
+    std::size_t frameBytes() const { return static_cast<std::size_t>(bitsPerSample / 8) * channels; }
+    bool truncated() const { return dataAvailable < dataSize; }
+    // 8 and 16-bit mono PCM: the unit's own phrase recordings, converted as
+    // they always were. Everything else is mixed or rescaled first.
+    bool plainMono() const
+    {
+        return encoding == kWavePcm && channels == 1 && (bitsPerSample == 8 || bitsPerSample == 16);
+    }
 };
 
 // Where the converter's bytes come from: read forward, skip forward.
@@ -56,19 +79,23 @@ class FileSource : public ByteSource {
     std::size_t read(std::span<std::uint8_t> into) override;
     void skip(std::uint64_t count) override;
     std::uint64_t remaining() const override;
+    // Why the path cannot be read as a wave file ("not a regular file (a
+    // folder)", "No such file or directory"); empty when it is open.
+    const std::string& cause() const { return why; }
 
   private:
-    std::FILE* file;
+    std::FILE* file = nullptr;
+    std::string why;
     std::uint64_t size = 0;
     std::uint64_t position = 0;
 };
 
-// Reads the header the way the converter does; bytes past the end read as 0.
+// Reads the header up to the first sample, leaving the source there.
 WaveFormat readWaveFormat(ByteSource& source);
 WaveFormat readWaveFormat(std::span<const std::uint8_t> wave);
 
 struct VoxConversion {
-    WaveFormat format;
+    WaveFormat format;            // a conversion refused for format.problem produces nothing
     std::int32_t outputCount = 0; // count - 1 codes are produced
     std::vector<std::uint8_t> vox;
     // How the phrase will sound: codes that left the predictor at a limit, and its largest magnitude.
@@ -77,7 +104,9 @@ struct VoxConversion {
 };
 
 // Resamples to 8000 Hz, encodes, packs the codes low nibble first and pads
-// the phrase to a whole number of 4096-byte blocks.
+// the phrase to a whole number of 4096-byte blocks. Refuses (format.problem)
+// files that are not RIFF WAVE, encodings other than PCM and float, and
+// phrases longer than the voice store holds.
 VoxConversion convertWave(ByteSource& source);
 VoxConversion convertWave(std::span<const std::uint8_t> wave);
 
@@ -92,7 +121,7 @@ std::vector<std::int16_t> decodeVox(std::span<const std::uint8_t> vox);
 std::vector<std::uint8_t> waveFileBytes(std::span<const std::int16_t> samples, std::uint32_t sampleRate);
 
 // The samples of a wave file's data chunk (as far as the file holds it),
-// scaled to 16 bits; of several channels only the first.
+// scaled to 16 bits, stereo mixed down; nothing for a file that is refused.
 std::vector<std::int16_t> waveSamples(std::span<const std::uint8_t> wave, const WaveFormat& format);
 
 // What a waveform view draws: the lowest and highest sample under each pixel column.

@@ -21,16 +21,22 @@ std::string GetDefaultDestination(const std::string& currentDestination, const s
 
 std::string describeFormat(const WaveFormat& format)
 {
-    std::string text = std::to_string(format.sampleRate) + " Hz, " +
-                       (format.eightBit() ? std::string("8-bit") : std::to_string(format.bitsPerSample) + "-bit") +
-                       (format.channels == 1 ? ", mono" : ", " + std::to_string(format.channels) + " channels");
-    if (format.formatTag != 1)
-        text += ", not plain PCM (format " + std::to_string(format.formatTag) + ")";
-    if (format.bitsPerSample != 8 && format.bitsPerSample != 16)
-        text += ", read as 16-bit";
-    if (format.channels > 1)
-        text += ", channels read as one";
+    if (!format.convertible())
+        return format.problem;
+    std::string text = std::to_string(format.sampleRate) + " Hz, " + std::to_string(format.bitsPerSample) + "-bit" +
+                       (format.encoding == kWaveFloat ? " float" : "") + (format.channels == 1 ? ", mono" : ", stereo");
+    if (format.channels == 2)
+        text += ", mixed down to mono";
+    if (!format.plainMono() && format.channels == 1)
+        text += ", converted to 12 bits";
     return text;
+}
+
+std::string truncationWarning(const WaveFormat& format)
+{
+    return "The wave file is cut short: its header gives " + std::to_string(format.dataSize) +
+           " bytes of samples, the file holds " + std::to_string(format.dataAvailable) +
+           ". What is there was converted.";
 }
 
 void WaveConverter::setStatus(std::string text)
@@ -88,25 +94,41 @@ void WaveConverter::GetDefaultDestination() { destination = rk4::GetDefaultDesti
 
 bool WaveConverter::CmConvert(Prompter& prompter)
 {
+    failure = ConvertFailure::None;
     FileSource wave(source);
     if (source.empty() || !wave.isOpen()) {
-        prompter.fileError(kCannotOpenWaveFile);
+        failure = ConvertFailure::Source;
+        prompter.fileError(kCannotOpenWaveFile, source.empty() ? std::string() : wave.cause());
         return false;
     }
     // Checked before converting; the phrase is written whole at the end, so a
     // failed conversion never leaves half a file behind.
     if (destination.empty()) {
+        failure = ConvertFailure::Destination;
         prompter.fileError(kCannotOpenOutputFile);
         return false;
     }
+    if (wouldReplace(destination, source)) {
+        failure = ConvertFailure::SameFile;
+        prompter.fileError(kCannotOpenOutputFile, destination + ": it is the wave file being converted");
+        return false;
+    }
     if (const SaveResult target = checkSaveTarget(destination); !target) {
+        failure = ConvertFailure::Destination;
         prompter.fileError(kCannotOpenOutputFile, target.cause());
         return false;
     }
     setStatus(kConverting);
     const VoxConversion conversion = convertWave(wave);
+    if (!conversion.format.convertible()) {
+        failure = ConvertFailure::Source;
+        setStatus("");
+        prompter.fileError(kCannotOpenWaveFile, source + ": " + conversion.format.problem);
+        return false;
+    }
     outputCount = conversion.outputCount;
     if (const SaveResult saved = writeFileAtomically(destination, conversion.vox); !saved) {
+        failure = ConvertFailure::Destination;
         setStatus("");
         prompter.fileError(kCannotOpenOutputFile, saved.cause());
         return false;
@@ -116,6 +138,8 @@ bool WaveConverter::CmConvert(Prompter& prompter)
     peakPercent = (conversion.peak12 * 100 + kMaxSample12 / 2) / kMaxSample12;
     phraseWave = keepWaveforms ? phraseWaveform(conversion.vox, conversion.outputCount) : Waveform{};
     setStatus(kConversionComplete);
+    if (conversion.format.truncated())
+        prompter.tell("Warning", truncationWarning(conversion.format), Icon::Warning);
     return true;
 }
 

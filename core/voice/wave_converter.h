@@ -23,9 +23,17 @@ inline constexpr char kVoxFilter[] = "ADPCM files (*.vox)";
 // phrase goes beside its wave file.
 std::string GetDefaultDestination(const std::string& currentDestination, const std::string& source);
 
-// "22050 Hz, 16-bit, mono", with a note where the file is not what the
-// converter expects (it converts it anyway).
+// "22050 Hz, 16-bit, mono", with a note where the samples are mixed down or
+// rescaled; for a file that cannot be converted, why.
 std::string describeFormat(const WaveFormat& format);
+
+// What the technician is told after converting a file whose data chunk is
+// shorter than its header says.
+std::string truncationWarning(const WaveFormat& format);
+
+// Why the last CmConvert failed: the wave file, the phrase file, or the phrase
+// file naming the wave file itself.
+enum class ConvertFailure { None, Source, Destination, SameFile };
 
 class WaveConverter {
   public:
@@ -33,6 +41,7 @@ class WaveConverter {
     std::string destination; // empty until chosen
     std::string status;
     std::int32_t outputCount = 0;
+    ConvertFailure failure = ConvertFailure::None;
 
     Waveform sourceWave;       // what the chosen wave file holds, read when it is chosen
     std::string sourceFormat;  // describeFormat of it, empty when unreadable
@@ -55,7 +64,8 @@ class WaveConverter {
     void setSource(const std::string& path); // also proposes the destination
     void GetDefaultDestination();
 
-    // Converts source into destination; false after a " CANNOT OPEN ... " message.
+    // Converts source into destination; false after a " CANNOT OPEN ... "
+    // message. Never writes over the wave file itself.
     bool CmConvert(Prompter& prompter);
 
   private:

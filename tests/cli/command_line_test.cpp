@@ -35,7 +35,7 @@ TEST(CommandLine, ArgumentsThatDoNotParseAreUsageErrors)
         {{"new"}, "FILE.dat"},
         {{"new", "a.dat", "b.dat"}, "b.dat"},
         {{"wav2vox"}, "IN.wav"},
-        {{"vox2wav", "a.vox"}, "OUT.wav"},
+        {{"vox2wav"}, "IN.vox"},
         {{"write"}, "FILE.dat"},
         {{"write", "site.dat", "--fast"}, "--fast"},
         {{"write", "site.dat", "--port", "sim", "--sim-fault", "hiccup"}, "hiccup"},

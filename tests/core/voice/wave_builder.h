@@ -18,22 +18,37 @@ struct WaveLayout {
     std::uint16_t formatTag = 1;
     std::uint32_t fmtExtra = 0; // bytes after the 16 fmt fields
     bool fact = false;
-    std::int64_t dataSize = -1; // -1: the size of the data given
+    std::int64_t dataSize = -1;  // -1: the size of the data given
+    std::uint16_t subFormat = 0; // with formatTag 0xFFFE: the encoding its sub-format names
+    std::uint32_t listSize = 0;  // a LIST chunk of this many bytes (padded to even) before the data
 };
 
 inline std::vector<std::uint8_t> makeWave(const WaveLayout& layout, std::span<const std::uint8_t> data)
 {
-    std::vector<std::uint8_t> bytes(12 + 8 + 16 + layout.fmtExtra + (layout.fact ? 12 : 0) + 8);
+    const bool extensible = layout.formatTag == 0xFFFE;
+    const std::uint32_t fmtExtra = extensible ? 24 : layout.fmtExtra;
+    const std::uint32_t list = layout.listSize ? 8 + layout.listSize + (layout.listSize & 1) : 0;
+    std::vector<std::uint8_t> bytes(12 + 8 + 16 + fmtExtra + (layout.fact ? 12 : 0) + list + 8);
     std::span<std::uint8_t> out(bytes);
     std::memcpy(bytes.data(), "RIFFxxxxWAVEfmt ", 16);
-    writeLE32(out, 16, 16 + layout.fmtExtra);
+    writeLE32(out, 16, 16 + fmtExtra);
     writeLE16(out, 20, layout.formatTag);
     writeLE16(out, 22, layout.channels);
     writeLE32(out, 24, layout.sampleRate);
     writeLE32(out, 28, layout.sampleRate * layout.channels * layout.bitsPerSample / 8);
     writeLE16(out, 32, static_cast<std::uint16_t>(layout.channels * layout.bitsPerSample / 8));
     writeLE16(out, 34, layout.bitsPerSample);
-    std::size_t at = 36 + layout.fmtExtra;
+    if (extensible) {
+        writeLE16(out, 36, 22);                   // the size of what follows
+        writeLE16(out, 38, layout.bitsPerSample); // valid bits
+        writeLE16(out, 44, layout.subFormat);     // the sub-format's first two bytes
+    }
+    std::size_t at = 36 + fmtExtra;
+    if (list) {
+        std::memcpy(bytes.data() + at, "LIST", 4);
+        writeLE32(out, at + 4, layout.listSize);
+        at += list;
+    }
     if (layout.fact) {
         std::memcpy(bytes.data() + at, "fact", 4);
         writeLE32(out, at + 4, 4);

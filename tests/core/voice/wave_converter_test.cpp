@@ -88,5 +88,72 @@ TEST(WaveConverter, ConvertWritesThePhraseAndShowsConvertingThenComplete)
     EXPECT_EQ(readWholeFile(dir / "in.vox"), phrase.vox);
 }
 
+TEST(WaveConverter, NeverWritesThePhraseOverItsOwnWaveFile)
+{
+    test::TempDir dir;
+    const test::KnownPhrase phrase = test::knownPhrase();
+    // A recording saved with the phrase extension: the dialog's proposal names it too.
+    ASSERT_TRUE(writeFileAtomically(dir / "take.vox", phrase.wave));
+    std::filesystem::create_hard_link(dir / "take.vox", dir / "hard.vox");
+    std::filesystem::create_symlink("take.vox", dir / "soft.vox");
+
+    const std::string source = (dir / "take.vox").string();
+    for (const std::string& destination :
+         {std::string(), (dir / "." / "take.vox").string(), (dir / "hard.vox").string(), (dir / "soft.vox").string()}) {
+        WaveConverter converter;
+        converter.setSource(source); // proposes take.vox beside it
+        if (!destination.empty())
+            converter.destination = destination;
+        test::ScriptedPrompter prompter;
+        EXPECT_FALSE(converter.CmConvert(prompter)) << converter.destination;
+        EXPECT_EQ(converter.failure, ConvertFailure::SameFile) << converter.destination;
+        ASSERT_EQ(prompter.messages().size(), 1u);
+        EXPECT_EQ(prompter.messages()[0].text, " CANNOT OPEN OUTPUT FILE ");
+        EXPECT_NE(prompter.messages()[0].detail.find("it is the wave file being converted"), std::string::npos);
+        EXPECT_EQ(readWholeFile(dir / "take.vox"), phrase.wave);
+    }
+}
+
+TEST(WaveConverter, RefusesASourceThatIsNotAWaveAndWarnsOfACutShortOne)
+{
+    test::TempDir dir;
+    std::filesystem::create_directory(dir / "folder.wav");
+    ASSERT_TRUE(writeFileAtomically(dir / "empty.wav", std::vector<std::uint8_t>{}));
+    const std::string text = "Site 4 phrases\n";
+    ASSERT_TRUE(writeFileAtomically(dir / "notes.wav", std::vector<std::uint8_t>(text.begin(), text.end())));
+    const struct {
+        const char* name;
+        const char* detail;
+    } refused[] = {{"folder.wav", "not a regular file (a folder)"},
+                   {"empty.wav", "the file is empty"},
+                   {"notes.wav", "not a RIFF WAVE file: it starts with \"Site\""}};
+    for (const auto& file : refused) {
+        WaveConverter converter;
+        converter.source = (dir / file.name).string();
+        converter.destination = (dir / "out.vox").string();
+        test::ScriptedPrompter prompter;
+        EXPECT_FALSE(converter.CmConvert(prompter)) << file.name;
+        EXPECT_EQ(converter.failure, ConvertFailure::Source);
+        ASSERT_EQ(prompter.messages().size(), 1u) << file.name;
+        EXPECT_EQ(prompter.messages()[0].text, " CANNOT OPEN WAVE FILE ");
+        EXPECT_NE(prompter.messages()[0].detail.find(file.detail), std::string::npos) << prompter.messages()[0].detail;
+        EXPECT_NE(converter.status, "Conversion Complete");
+        EXPECT_FALSE(std::filesystem::exists(dir / "out.vox")) << file.name;
+    }
+
+    ASSERT_TRUE(writeFileAtomically(
+        dir / "cut.wav", test::makeWave({.bitsPerSample = 8, .dataSize = 900}, std::vector<std::uint8_t>(600, 128))));
+    WaveConverter converter;
+    converter.source = (dir / "cut.wav").string();
+    converter.destination = (dir / "cut.vox").string();
+    test::ScriptedPrompter prompter;
+    ASSERT_TRUE(converter.CmConvert(prompter));
+    EXPECT_EQ(converter.outputCount, 600);
+    ASSERT_EQ(prompter.messages().size(), 1u);
+    EXPECT_EQ(prompter.messages()[0].title, "Warning");
+    EXPECT_EQ(prompter.messages()[0].text, "The wave file is cut short: its header gives 900 bytes of samples, the "
+                                           "file holds 600. What is there was converted.");
+}
+
 } // namespace
 } // namespace rk4

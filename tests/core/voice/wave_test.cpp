@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace rk4 {
 namespace {
@@ -121,7 +122,7 @@ TEST(WaveConversion, TwentyTwoKilohertzInterpolatesAcrossBlockBoundaries)
     EXPECT_EQ(firstBytes(result.vox, expected.size() / 2), encodePhrase(expected));
 }
 
-TEST(WaveConversion, FactChunkAndLongerFmtChunkConvertTheSameAsThePlainLayout)
+TEST(WaveConversion, FactListAndLongerFmtChunksConvertTheSameAsThePlainLayout)
 {
     std::vector<std::uint8_t> data(3000);
     for (std::size_t i = 0; i < data.size(); ++i)
@@ -130,32 +131,186 @@ TEST(WaveConversion, FactChunkAndLongerFmtChunkConvertTheSameAsThePlainLayout)
     const auto withFact = convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .fact = true}, data));
     const auto longFmt =
         convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .fmtExtra = 2, .fact = true}, data));
+    // A recorder's LIST chunk of odd length, padded, before the samples.
+    const auto withList = convertWave(makeWave({.sampleRate = 11025, .bitsPerSample = 8, .listSize = 27}, data));
     EXPECT_TRUE(withFact.format.hasFact);
     EXPECT_EQ(withFact.vox, plain.vox);
     EXPECT_EQ(longFmt.vox, plain.vox);
+    EXPECT_EQ(withList.vox, plain.vox);
     EXPECT_EQ(plain.outputCount, static_cast<int>(3000 / (11025 * 0.000125)));
 }
 
-TEST(WaveConversion, ShortDataChunkRepeatsWhatTheBlockBufferLastHeld)
+TEST(WaveConversion, ATruncatedDataChunkConvertsWhatIsThere)
 {
-    // The header promises 1500 samples, the file holds 1000: the rest of the
-    // first block is silence, the second block its stale first part.
     std::vector<std::uint8_t> data(1000);
     for (std::size_t i = 0; i < data.size(); ++i)
         data[i] = static_cast<std::uint8_t>(40 + i % 170);
-    const auto result = convertWave(makeWave({.bitsPerSample = 8, .dataSize = 1500}, data));
-    ASSERT_EQ(result.outputCount, 1500);
     std::vector<std::int16_t> expected;
-    for (std::size_t i = 0; i < 1499; ++i) {
-        const std::size_t slot = i % 1024;
-        expected.push_back(static_cast<std::int16_t>(slot < 1000 ? (data[slot] - 128) * 16 : 0));
-    }
-    EXPECT_EQ(firstBytes(result.vox, 749), encodePhrase(expected));
+    for (std::size_t i = 0; i < 999; ++i)
+        expected.push_back(static_cast<std::int16_t>((data[i] - 128) * 16));
 
-    // A data size far beyond the file stops one block after its end.
-    const auto huge = convertWave(makeWave({.bitsPerSample = 8, .dataSize = 0xFFFFFFFF}, data));
-    EXPECT_EQ(huge.outputCount, 2049);
-    EXPECT_EQ(huge.vox.size(), 4096u);
+    for (const std::int64_t promised : {std::int64_t{1500}, std::int64_t{0xFFFFFFFF}}) {
+        const auto result = convertWave(makeWave({.bitsPerSample = 8, .dataSize = promised}, data));
+        EXPECT_TRUE(result.format.truncated()) << promised;
+        EXPECT_EQ(result.format.dataAvailable, 1000u);
+        ASSERT_EQ(result.outputCount, 1000) << promised;
+        EXPECT_EQ(firstBytes(result.vox, 499), encodePhrase(expected)) << promised;
+        EXPECT_EQ(result.vox.size(), 4096u);
+    }
+    // A header alone that promises four gigabytes is an empty phrase, not millions of codes.
+    const auto header = convertWave(makeWave({.dataSize = 0xFFFFFFFF}, {}));
+    EXPECT_EQ(header.outputCount, 0);
+    EXPECT_EQ(header.vox.size(), 4096u);
+}
+
+std::vector<std::uint8_t> bytesOf(const char* text) { return {text, text + std::strlen(text)}; }
+
+std::vector<std::uint8_t> withFourCC(std::vector<std::uint8_t> wave, std::size_t at, const char* id)
+{
+    std::memcpy(wave.data() + at, id, 4);
+    return wave;
+}
+
+TEST(WaveConversion, RefusesWhatIsNotAConvertibleWaveAndSaysWhy)
+{
+    const std::vector<std::uint8_t> samples(400, 128);
+    const auto wave = [&](WaveLayout layout) { return makeWave(layout, samples); };
+    std::vector<std::uint8_t> shortFmt = wave({});
+    writeLE32(std::span<std::uint8_t>(shortFmt), 16, 14);
+    const std::vector<std::uint8_t> riffOnly = {'R', 'I', 'F', 'F', 4, 0, 0, 0, 'W', 'A', 'V', 'E'};
+    std::vector<std::uint8_t> noData = wave({.fact = true});
+    noData.resize(36 + 12); // ends after the fact chunk
+
+    const struct {
+        const char* what;
+        std::vector<std::uint8_t> bytes;
+        const char* problem;
+    } cases[] = {
+        {"empty", {}, "the file is empty"},
+        {"text", bytesOf("hello, this is not a recording\n"), "not a RIFF WAVE file: it starts with \"hell\""},
+        {"binary", {0x4D, 0x5A, 0x90, 0x00, 0x03}, "not a RIFF WAVE file: it starts with \"MZ\\x90\\x00\""},
+        {"two bytes", {'R', 'I'}, "not a RIFF WAVE file: it starts with \"RI\""},
+        {"other RIFF", withFourCC(wave({}), 8, "AVI "), "a RIFF file of type \"AVI \", not WAVE"},
+        {"no chunks", riffOnly, "no fmt chunk"},
+        {"no data", noData, "no data chunk"},
+        {"data first", withFourCC(withFourCC(wave({}), 12, "data"), 36, "fmt "), "no fmt chunk before the data"},
+        {"short fmt", shortFmt, "the fmt chunk is too short"},
+        {"A-law", wave({.formatTag = 6}), "A-law: only PCM and 32-bit float wave files can be converted"},
+        {"IMA", wave({.formatTag = 0x11}), "IMA ADPCM: only PCM and 32-bit float wave files can be converted"},
+        {"unknown", wave({.formatTag = 0x1234}),
+         "encoding 0x1234: only PCM and 32-bit float wave files can be converted"},
+        {"extensible mu-law", wave({.formatTag = 0xFFFE, .subFormat = 7}),
+         "mu-law: only PCM and 32-bit float wave files can be converted"},
+        {"12-bit", wave({.bitsPerSample = 12}), "12-bit PCM: only 8, 16, 24 and 32-bit PCM can be converted"},
+        {"double", wave({.bitsPerSample = 64, .formatTag = 3}), "64-bit float: only 32-bit float can be converted"},
+        {"no channels", wave({.channels = 0}), "the header gives no channels"},
+        {"surround", wave({.channels = 6}), "6 channels: only mono and stereo can be converted"},
+        {"1 Hz", wave({.sampleRate = 1}), "sample rate 1 Hz: phrases are made from 4000 to 192000 Hz"},
+        {"3999 Hz", wave({.sampleRate = 3999}), "sample rate 3999 Hz: phrases are made from 4000 to 192000 Hz"},
+        {"192001 Hz", wave({.sampleRate = 192001}), "sample rate 192001 Hz: phrases are made from 4000 to 192000 Hz"},
+    };
+    for (const auto& refused : cases) {
+        const VoxConversion result = convertWave(refused.bytes);
+        EXPECT_EQ(result.format.problem, refused.problem) << refused.what;
+        EXPECT_TRUE(result.vox.empty()) << refused.what;
+    }
+    EXPECT_TRUE(convertWave(wave({.sampleRate = 4000})).format.convertible());
+    EXPECT_TRUE(convertWave(wave({.sampleRate = 192000})).format.convertible());
+}
+
+TEST(WaveConversion, NeverMakesAPhraseLongerThanTheVoiceStoreHolds)
+{
+    // 1048063 samples at 8000 Hz fill the 512 KiB store to its last byte; a
+    // few seconds more are refused before any work is done.
+    const std::vector<std::uint8_t> longest(1048063, 128);
+    const VoxConversion fits = convertWave(makeWave({.bitsPerSample = 8}, longest));
+    ASSERT_TRUE(fits.format.convertible()) << fits.format.problem;
+    EXPECT_EQ(fits.vox.size(), 524288u);
+
+    const std::vector<std::uint8_t> longer(1100000, 128);
+    const VoxConversion refused = convertWave(makeWave({.bitsPerSample = 8}, longer));
+    EXPECT_EQ(refused.format.problem, "too long: 137.5 s at 8000 Hz, and the unit's voice store holds 131.0 s");
+    EXPECT_TRUE(refused.vox.empty());
+}
+
+// 32-bit words and floats as little-endian bytes.
+std::vector<std::uint8_t> words(std::initializer_list<std::uint32_t> values)
+{
+    std::vector<std::uint8_t> bytes;
+    for (const std::uint32_t value : values)
+        for (int shift = 0; shift < 32; shift += 8)
+            bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+    return bytes;
+}
+
+std::vector<std::uint8_t> floats(std::initializer_list<float> values)
+{
+    std::vector<std::uint32_t> bits;
+    for (const float value : values) {
+        std::uint32_t word;
+        std::memcpy(&word, &value, sizeof word);
+        bits.push_back(word);
+    }
+    std::vector<std::uint8_t> bytes;
+    for (const std::uint32_t word : bits) {
+        const auto four = words({word});
+        bytes.insert(bytes.end(), four.begin(), four.end());
+    }
+    return bytes;
+}
+
+TEST(WaveConversion, WiderAndStereoFormatsGiveTheirTrueSamplesIn12Bits)
+{
+    // Five frames at 8000 Hz give four codes; the 12-bit samples behind them
+    // are worked out by hand. A stereo pair is the mean of its two samples,
+    // truncated toward zero; wide samples keep their top 12 bits, truncated
+    // toward zero; floats are full scale at 1.0.
+    const std::vector<std::uint8_t> wide24 = {0xFF, 0xFF, 0x7F, 0x00, 0x00, 0x80, 0x00, 0xF0,
+                                              0xFF, 0x45, 0x23, 0x01, 0,    0,    0};
+    const struct {
+        const char* what;
+        WaveLayout layout;
+        std::vector<std::uint8_t> data;
+        std::vector<std::int16_t> samples12;
+    } cases[] = {
+        // (72 - 28) / 2 = 22; (-128 + 127) / 2 = 0; 127; (-127 - 128) / 2 = -127; each times 16
+        {"8-bit stereo",
+         {.bitsPerSample = 8, .channels = 2},
+         {200, 100, 0, 255, 255, 255, 1, 0, 128, 128},
+         {352, 0, 2032, -2032}},
+        // 3001 / 2 = 1500, / 16 = 93; -5 / 2 = -2, / 16 = 0; -32768 / 16; 0
+        {"16-bit stereo",
+         {.bitsPerSample = 16, .channels = 2},
+         samples16(std::vector<std::int16_t>{1000, 2001, -3, -2, -32768, -32768, 32767, -32767, 0, 0}),
+         {93, 0, -2048, 0}},
+        // 0x7FFFFF, -0x800000, -0x1000, 0x12345 over 4096
+        {"24-bit mono", {.bitsPerSample = 24}, wide24, {2047, -2048, -1, 18}},
+        // over 2^20: 2047.99.., -2048, 1, -1.000001
+        {"32-bit mono",
+         {.bitsPerSample = 32},
+         words({0x7FFFFFFF, 0x80000000, 0x00100000, 0xFFEFFFFF, 0}),
+         {2047, -2048, 1, -1}},
+        {"float mono",
+         {.bitsPerSample = 32, .formatTag = 3},
+         floats({0.5f, -0.25f, 1.5f, -1.0f, 0.0f}),
+         {1024, -512, 2047, -2048}},
+        // (0.25 + 0.125) / 2 = 0.1875, 384; a NaN sample is silence
+        {"float stereo",
+         {.bitsPerSample = 32, .channels = 2, .formatTag = 3},
+         floats({0.5f, -0.5f, 0.25f, 0.125f, std::nanf(""), 0.0f, -1.0f, -1.0f, 0, 0}),
+         {0, 384, 0, -2048}},
+        {"extensible 24-bit",
+         {.bitsPerSample = 24, .formatTag = 0xFFFE, .subFormat = 1},
+         wide24,
+         {2047, -2048, -1, 18}},
+    };
+    for (const auto& known : cases) {
+        const VoxConversion result = convertWave(makeWave(known.layout, known.data));
+        ASSERT_TRUE(result.format.convertible()) << known.what << ": " << result.format.problem;
+        EXPECT_EQ(result.outputCount, 5) << known.what;
+        EXPECT_EQ(firstBytes(result.vox, 2), encodePhrase(known.samples12)) << known.what;
+        EXPECT_EQ(result.vox[2], 0x80) << known.what;
+    }
 }
 
 TEST(Waveform, ColumnsMarkClippingAtTheFormatsOwnFullScale)
