@@ -1,10 +1,13 @@
 #include "core/link/programming_session.h"
 
+#include "core/common/bytes.h"
 #include "core/database/file.h"
 #include "core/link/packing.h"
 #include "core/link/serial_transport.h"
+#include "core/voice/wave.h"
 
 #include <algorithm>
+#include <array>
 #include <system_error>
 
 namespace rk4::link {
@@ -26,6 +29,46 @@ const StreamedFile kVoiceFile{"Voice files (*.msg)", "msg", " CANNOT OPEN VOICE 
                               " VOICE MESSAGE FILE IS NOT VALID "};
 
 Message question(std::string text) { return Message{"Question", std::move(text), Icon::Question, Buttons::YesNo}; }
+
+// A voice message file begins with the lengths, in blocks, of its 39 phrases
+// (16-bit, high byte first); the two unused group slots do not count.
+constexpr std::size_t kMessageHeaderSize = 78;
+constexpr std::size_t kUnusedGroupSlots[] = {36, 37};
+
+std::uint64_t phraseBlocks(std::span<const std::uint8_t, kMessageHeaderSize> header)
+{
+    std::uint64_t blocks = 0;
+    for (std::size_t slot = 0; slot < kMessageHeaderSize / 2; ++slot)
+        if (slot != kUnusedGroupSlots[0] && slot != kUnusedGroupSlots[1])
+            blocks += readBE16(header, 2 * slot);
+    return blocks;
+}
+
+// Why a file cannot go to the unit as `kind`, for the detail of the NOT VALID
+// message; empty when it can. Checked before anything is sent, so a file the
+// unit cannot hold never erases what it has.
+std::string streamedFileProblem(TransferKind kind, std::uint64_t size,
+                                std::span<const std::uint8_t, kMessageHeaderSize> header)
+{
+    if (size == 0)
+        return "the file is empty";
+    if (size % kPacketSize != 0)
+        return std::to_string(size) + " bytes, not a whole number of 4096-byte blocks";
+    const std::uint64_t blocks = size / kPacketSize;
+    const bool vocabulary = kind == TransferKind::Vocabulary;
+    const std::uint64_t room = vocabulary ? kSecondPassVocabularyPackets : kVoiceStoreBytes / kPacketSize;
+    if (blocks > room)
+        return std::to_string(blocks) + " blocks of 4096 bytes, and the unit's " +
+               (vocabulary ? "vocabulary store" : "voice store") + " holds " + std::to_string(room);
+    const std::uint64_t phrases = phraseBlocks(header);
+    if (!vocabulary && 1 + phrases > blocks)
+        return "its header lists " + std::to_string(phrases) + " blocks of phrases, and the file holds " +
+               std::to_string(blocks - 1);
+    if (vocabulary && phrases > 0 && 1 + phrases == blocks)
+        return "it is a voice message file: its header lists the " + std::to_string(phrases) +
+               " blocks of phrases that follow it";
+    return {};
+}
 
 } // namespace
 
@@ -155,12 +198,16 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
         sourceFile.open(*file, std::ios::binary);
         if (!sourceFile || error) {
             sourceFile.close();
-            prompter.fileError(form.cannotOpen);
+            prompter.fileError(form.cannotOpen, file->string() + (error ? ": " + error.message() : std::string()));
             return false;
         }
-        if (size == 0 || size % kPacketSize != 0) {
+        std::array<std::uint8_t, kMessageHeaderSize> header{};
+        sourceFile.read(reinterpret_cast<char*>(header.data()), header.size());
+        sourceFile.clear();
+        sourceFile.seekg(0);
+        if (const std::string problem = streamedFileProblem(kind, size, header); !problem.empty()) {
             sourceFile.close();
-            prompter.fileError(form.notValid);
+            prompter.fileError(form.notValid, file->string() + ": " + problem);
             return false;
         }
         totalPackets = static_cast<int>(size / kPacketSize);
@@ -627,7 +674,8 @@ void ProgrammingSession::stepOnce(Millis now)
             } else {
                 // Chosen after the transfer: copied from the staging file, which then goes.
                 const FileRead staged = readFileBytes(voiceStaging->temporaryPath());
-                saved = staged ? writeFileAtomically(*chosen, staged.bytes) : SaveResult{SaveProblem::WriteFailed, staged.error, {}};
+                saved = staged ? writeFileAtomically(*chosen, staged.bytes)
+                               : SaveResult{SaveProblem::WriteFailed, staged.error, {}};
             }
             if (saved)
                 result = SessionOutcome::Succeeded;

@@ -159,6 +159,10 @@ TEST_F(TransferVerbs, VocabularyIsSentWhole)
 TEST_F(TransferVerbs, VoicesGoToTheUnitAndComeBackByteForByte)
 {
     bytesFile("rk4.msg", 5 * 4096);
+    std::vector<std::uint8_t> voices = *readWholeFile("rk4.msg");
+    std::fill_n(voices.begin(), 78, 0);
+    voices[1] = 4; // point 1's phrase: the four blocks after the header
+    ASSERT_TRUE(writeFileAtomically("rk4.msg", voices));
     CommandResult run = runRk4({"write-voices", "rk4.msg", "--port", "sim", "--sim-voices", "unit.msg"});
     EXPECT_EQ(run.code, 0) << run.err;
     EXPECT_TRUE(contains(run.err, "Waiting for Rk4 to initialize voice storage memory.\n10 seconds remaining.\n"));

@@ -301,15 +301,54 @@ TEST_F(SessionTest, WithoutTheGeneralEditorTheAccessCodeIsAWarningAndTheWriteGoe
     EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
 }
 
-TEST_F(SessionTest, VocabularyFilesMustBeWholePackets)
+TEST_F(SessionTest, FilesTheUnitCannotHoldAreRefusedBeforeAnythingIsSent)
 {
-    prompter.expect("x", Answer::Yes).clear();
-    EXPECT_FALSE(session->Send(TransferKind::Vocabulary, clock.now(), fileOf(4097, "voc.bin")));
-    EXPECT_TRUE(prompter.saw(" VOCABULARY FILE IS NOT VALID "));
+    const auto phrases = [&](std::size_t blocks, std::uint16_t listed, const std::string& name) {
+        std::vector<std::uint8_t> bytes(blocks * kPacketSize, 0x5A);
+        std::fill_n(bytes.begin(), 78, 0);
+        bytes[76] = static_cast<std::uint8_t>(listed >> 8); // the Site ID's phrase, high byte first
+        bytes[77] = static_cast<std::uint8_t>(listed);
+        bytes[73] = 9; // group 7, never used, does not count
+        EXPECT_TRUE(writeFileAtomically(dir / name, bytes));
+        return dir / name;
+    };
+    const struct {
+        TransferKind kind;
+        std::filesystem::path file;
+        const char* detail;
+    } cases[] = {
+        {TransferKind::Vocabulary, fileOf(4097, "odd.bin"), "4097 bytes, not a whole number of 4096-byte blocks"},
+        {TransferKind::Vocabulary, fileOf(65 * kPacketSize, "big.bin"),
+         "65 blocks of 4096 bytes, and the unit's vocabulary store holds 64"},
+        {TransferKind::Vocabulary, phrases(4, 3, "voices.msg"),
+         "it is a voice message file: its header lists the 3 blocks of phrases that follow it"},
+        {TransferKind::Voices, fileOf(0, "empty.msg"), "the file is empty"},
+        {TransferKind::Voices, fileOf(100, "short.msg"), "100 bytes, not a whole number of 4096-byte blocks"},
+        {TransferKind::Voices, phrases(129, 128, "huge.msg"),
+         "129 blocks of 4096 bytes, and the unit's voice store holds 128"},
+        {TransferKind::Voices, phrases(3, 5, "cut.msg"), "its header lists 5 blocks of phrases, and the file holds 2"},
+        {TransferKind::Voices, fileOf(12 * kPacketSize, "voc8xx.bin"), "its header lists "},
+    };
+    for (const auto& refused : cases) {
+        prompter.clear();
+        EXPECT_FALSE(session->Send(refused.kind, clock.now(), refused.file)) << refused.file;
+        ASSERT_EQ(prompter.messages().size(), 1u) << refused.file;
+        EXPECT_EQ(prompter.messages()[0].text, refused.kind == TransferKind::Vocabulary
+                                                   ? " VOCABULARY FILE IS NOT VALID "
+                                                   : " VOICE MESSAGE FILE IS NOT VALID ");
+        EXPECT_NE(prompter.messages()[0].detail.find(refused.detail), std::string::npos)
+            << prompter.messages()[0].detail;
+    }
     EXPECT_FALSE(session->Send(TransferKind::Vocabulary, clock.now(), dir / "missing.bin"));
     EXPECT_TRUE(prompter.saw(" CANNOT OPEN VOCABULARY FILE "));
-    EXPECT_FALSE(session->Send(TransferKind::Voices, clock.now(), fileOf(100, "short.msg")));
-    EXPECT_TRUE(prompter.saw(" VOICE MESSAGE FILE IS NOT VALID "));
+    EXPECT_FALSE(session->portOpen());
+    EXPECT_TRUE(port->unit().requests().empty());
+
+    // What just fits goes.
+    ASSERT_TRUE(session->Send(TransferKind::Voices, clock.now(), phrases(128, 127, "full.msg")));
+    runToEnd();
+    EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
+    EXPECT_EQ(port->unit().store.voices.size(), 128u * kPacketSize);
 }
 
 TEST_F(SessionTest, AVocabularyWriteStreamsTheFileAndCallsForAttention)
@@ -346,7 +385,11 @@ TEST_F(SessionTest, ASecondPassVocabularyWriteSendsSixtyFourPackets)
 
 TEST_F(SessionTest, AVoiceWriteWaitsTenSecondsForTheUnitToEraseItsStore)
 {
-    const auto file = fileOf(3 * kPacketSize, "rk4.msg", 9);
+    auto file = fileOf(3 * kPacketSize, "rk4.msg", 9);
+    std::vector<std::uint8_t> voices = *readWholeFile(file);
+    std::fill_n(voices.begin(), 78, 0);
+    voices[1] = 2; // point 1's phrase: the two blocks after the header
+    ASSERT_TRUE(writeFileAtomically(file, voices));
     ASSERT_TRUE(session->Send(TransferKind::Voices, clock.now(), file));
     runToEnd();
     EXPECT_EQ(session->outcome(), SessionOutcome::Succeeded);
@@ -420,8 +463,8 @@ TEST_F(SessionTest, TwoVoiceReadsInOneFolderEachKeepTheirOwnVoicesAndLeaveNothin
     for (int guard = 0; guard < 400000 && (session->running() || other.running()); ++guard) {
         session->poll(clock.now());
         other.poll(clock.now());
-        stagingFiles = std::max(stagingFiles, static_cast<std::size_t>(std::distance(
-                                                  std::filesystem::directory_iterator(dir.path()), {})));
+        stagingFiles = std::max(
+            stagingFiles, static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(dir.path()), {})));
         clock.set(std::min(session->nextPollAt(clock.now()), other.nextPollAt(clock.now())) + 1);
     }
     EXPECT_EQ(stagingFiles, 2u) << "one private staging file each";
