@@ -5,7 +5,7 @@ build="$1"
 stage="$(mktemp -d)"
 trap 'rm -rf "$stage"' EXIT
 DESTDIR="$stage" cmake --install "$build" --prefix /usr >/dev/null
-for file in usr/bin/rk4prog usr/bin/rk4 usr/share/applications/rk4prog.desktop \
+for file in usr/bin/rk4prog usr/bin/rk4 usr/bin/rk4-unitsim usr/share/applications/rk4prog.desktop \
             usr/share/mime/packages/rk4prog-data.xml usr/share/icons/hicolor/scalable/apps/rk4prog.svg; do
   [ -e "$stage/$file" ] || { echo "missing after install: $file"; exit 1; }
 done
@@ -14,6 +14,10 @@ if command -v desktop-file-validate >/dev/null; then
 fi
 grep -q 'MimeType=application/x-rk4-data;' "$stage/usr/share/applications/rk4prog.desktop"
 grep -q '<glob pattern="\*.dat"' "$stage/usr/share/mime/packages/rk4prog-data.xml"
+# The MIME cache belongs to the system the stage is finally installed on.
+if [ -e "$stage/usr/share/mime/mime.cache" ]; then
+  echo "a staged install ran update-mime-database inside DESTDIR"; exit 1
+fi
 if command -v update-mime-database >/dev/null; then
   update-mime-database "$stage/usr/share/mime" >/dev/null
   grep -q 'application/x-rk4-data' "$stage/usr/share/mime/globs2"
