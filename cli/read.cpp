@@ -13,9 +13,17 @@ namespace {
 int readDatabase(const FileTransfer& options, Context& context)
 {
     const std::string& target = options.file;
-    // Refused before the transfer, so a read is never lost to a bad name.
+    // Refused before the transfer, so a read is never lost to a bad name, a
+    // target that cannot be written or a full disk.
     if (!CheckFileExt(std::filesystem::path(target).filename().string())) {
         printMessage(context.err, kMustHaveDatExtension, target);
+        return 2;
+    }
+    SaveResult writable = checkSaveTarget(target);
+    if (writable)
+        writable = checkSaveRoom(target, dbasesize);
+    if (!writable) {
+        printMessage(context.err, kCannotOpenFile, fileAndCause(target, writable.cause()));
         return 2;
     }
     Workspace workspace;

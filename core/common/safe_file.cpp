@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace rk4 {
@@ -142,6 +143,17 @@ SaveResult checkSaveTarget(const fs::path& target)
     const fs::path folder = folderOf(path);
     if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return {SaveProblem::CannotCreate, errno, {}};
+    return {};
+}
+
+SaveResult checkSaveRoom(const fs::path& target, std::uint64_t bytes)
+{
+    struct statvfs disk {};
+    if (::statvfs(folderOf(saveTargetOf(target)).c_str(), &disk) != 0)
+        return {}; // the save itself will say what is wrong
+    const std::uint64_t room = static_cast<std::uint64_t>(disk.f_bavail) * disk.f_frsize;
+    if (room < bytes)
+        return {SaveProblem::DiskFull, ENOSPC, {}};
     return {};
 }
 

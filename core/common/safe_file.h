@@ -41,6 +41,10 @@ std::filesystem::path saveTargetOf(const std::filesystem::path& target);
 // target that is not a regular file, a file or folder that is not writable.
 SaveResult checkSaveTarget(const std::filesystem::path& target);
 
+// Whether the disk that would hold `target` has room for `bytes` more, so a
+// long transfer can be refused before it starts rather than fail at its end.
+SaveResult checkSaveRoom(const std::filesystem::path& target, std::uint64_t bytes);
+
 // True when saving to `target` would replace the existing file `source`: the
 // same path, another name for it (a hard or symbolic link), or its folder
 // spelled differently.

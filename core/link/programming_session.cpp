@@ -28,6 +28,8 @@ const StreamedFile kVocabularyFile{"Vocabulary files (*.bin)", "bin", " CANNOT O
 const StreamedFile kVoiceFile{"Voice files (*.msg)", "msg", " CANNOT OPEN VOICE MESSAGE FILE ",
                               " VOICE MESSAGE FILE IS NOT VALID "};
 
+constexpr char kCannotOpenVoiceTemporary[] = " CANNOT OPEN voice.tmp FILE ";
+
 Message question(std::string text) { return Message{"Question", std::move(text), Icon::Question, Buttons::YesNo}; }
 
 // A voice message file begins with the lengths, in blocks, of its 39 phrases
@@ -246,8 +248,13 @@ bool ProgrammingSession::Receive(TransferKind transferKind, Millis now, std::opt
         // Without a target yet, the voices wait in the working directory.
         voiceStaging = std::make_unique<SafeFileWriter>(
             voiceTarget ? *voiceTarget : workspace.workingDirectory() / kVoiceTemporaryFile);
-        if (!voiceStaging->result()) {
-            prompter.fileError(" CANNOT OPEN voice.tmp FILE ", voiceStaging->result().cause());
+        // Room for the largest store is asked for first: a full disk found
+        // after minutes of transfer would lose them all.
+        SaveResult ready = voiceStaging->result();
+        if (ready)
+            ready = checkSaveRoom(voiceStaging->target(), kVoiceStorePackets * std::uint64_t{kPacketSize});
+        if (!ready) {
+            prompter.fileError(kCannotOpenVoiceTemporary, voiceStaging->target().string() + ": " + ready.cause());
             voiceStaging.reset();
             return false;
         }
@@ -345,7 +352,8 @@ void ProgrammingSession::closeFiles()
 }
 
 // Keeps no more than the largest voice store holds, whatever the unit or a
-// stuck exchange sends; false when the packets did not all fit.
+// stuck exchange sends; false when the packets did not all fit or could not
+// be written.
 bool ProgrammingSession::appendToTemporary(std::size_t packets)
 {
     constexpr std::size_t kStoreBytes = std::size_t{kVoiceStorePackets} * kPacketSize;
@@ -353,8 +361,23 @@ bool ProgrammingSession::appendToTemporary(std::size_t packets)
         return false;
     const std::size_t room = kStoreBytes - std::min<std::size_t>(voiceStaging->size(), kStoreBytes);
     const std::size_t offered = packets * kPacketSize;
-    voiceStaging->write(std::span(link->staging).first(std::min(offered, room)));
-    return offered <= room;
+    return voiceStaging->write(std::span(link->staging).first(std::min(offered, room))) && offered <= room;
+}
+
+// The staging file could not take the voices (a full disk): the run stops at
+// once, and the staging file goes with it.
+bool ProgrammingSession::stagingFailed(Millis now)
+{
+    if (!voiceStaging || voiceStaging->result())
+        return false;
+    const std::string cause = voiceStaging->result().cause();
+    prompter.fileError(kCannotOpenVoiceTemporary, voiceStaging->temporaryPath().string() + ": " + cause);
+    setText(SessionLine::Line1, "Voice transfer failure");
+    setText(SessionLine::Status, "Voice transfer failure");
+    setText(SessionLine::Line2, cause);
+    voiceStaging.reset();
+    sendEnd(now, kEndWait, Step::ReadEnd);
+    return true;
 }
 
 void ProgrammingSession::finishRun(Millis)
@@ -600,6 +623,8 @@ void ProgrammingSession::stepOnce(Millis now)
         } else if (link->IsEndOfData() && kind == TransferKind::Voices) {
             // The unit has no more voice data: keep what the last block holds.
             appendToTemporary(static_cast<std::size_t>(link->blockSlot));
+            if (stagingFailed(now))
+                return;
             link->packetIndex = totalPackets;
             step = Step::ReadComplete;
         } else {
@@ -615,7 +640,8 @@ void ProgrammingSession::stepOnce(Millis now)
 
     case Step::ReadPacketDone:
         if (kind == TransferKind::Voices && link->blockSlot == 0 && !appendToTemporary(kBlockPackets)) {
-            step = Step::ReadComplete;
+            if (!stagingFailed(now))
+                step = Step::ReadComplete;
             return;
         }
         setText(SessionLine::Line2, "Received packet " + std::to_string(link->packetIndex));

@@ -142,6 +142,7 @@ class ProgrammingSession {
     void finishRun(Millis now);
     void stepOnce(Millis now);
     bool appendToTemporary(std::size_t packets);
+    bool stagingFailed(Millis now);
 
     Workspace& workspace;
     Prompter& prompter;

@@ -117,10 +117,25 @@ TEST_F(TransferVerbs, FailuresGiveTheSystemsTextsAndAFailingExitCode)
     EXPECT_EQ(run.code, 2) << "no comparison was made";
     EXPECT_EQ(run.out, "");
 
-    run = runRk4({"read", "out.txt", "--port", "sim"});
-    EXPECT_EQ(run.code, 2);
-    EXPECT_TRUE(contains(run.err, " FILE NAME MUST HAVE .DAT EXTENSION "));
-    EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << "refused before any transfer";
+    // Targets that could never be written are refused before any transfer.
+    std::filesystem::create_directory("folder.dat");
+    const struct {
+        std::vector<std::string> args;
+        const char* message;
+    } refused[] = {
+        {{"read", "out.txt"}, " FILE NAME MUST HAVE .DAT EXTENSION \n  out.txt\n"},
+        {{"read", "folder.dat"}, " CANNOT OPEN FILE \n  folder.dat: not a regular file (a folder)\n"},
+        {{"read", "no/such/folder/out.dat"}, " CANNOT OPEN FILE \n  no/such/folder/out.dat: No such file or directory\n"},
+        {{"read-voices", "folder.dat"}, " CANNOT OPEN voice.tmp FILE \n"},
+    };
+    for (const auto& target : refused) {
+        std::vector<std::string> args = target.args;
+        args.insert(args.end(), {"--port", "sim"});
+        run = runRk4(args);
+        EXPECT_EQ(run.code, args[0] == "read" ? 2 : 1) << args[1];
+        EXPECT_TRUE(contains(run.err, target.message)) << run.err;
+        EXPECT_FALSE(contains(run.err, "Checking Rk4 version")) << args[1];
+    }
 }
 
 TEST_F(TransferVerbs, AMissingAccessCodeIsAWarningThatStrictTurnsIntoAStop)

@@ -1,16 +1,17 @@
 #include "core/common/safe_file.h"
+#include "tests/support/small_disk.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace rk4;
+using rk4::test::inChild;
+using rk4::test::onSmallDisk;
 using rk4::test::TempDir;
 namespace fs = std::filesystem;
 
@@ -33,17 +34,6 @@ std::vector<std::string> namesIn(const fs::path& folder)
         names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
-}
-
-// Runs `body` in a child process and returns its exit status (77 = skipped).
-template <typename Body> int inChild(Body body)
-{
-    const pid_t child = ::fork();
-    if (child == 0)
-        ::_exit(body());
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128;
 }
 
 long deadProcessId()
@@ -190,12 +180,7 @@ TEST(SafeFile, AFullDiskIsReportedAsSuchAndKeepsTheOldFile)
     TempDir dir;
     fs::create_directory(dir / "small");
     const fs::path target = dir / "small" / "voices.msg";
-    // A private mount of a 64 KiB file system, in a child so nothing else sees it.
-    const int status = inChild([&] {
-        const int flags = ::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
-        if (::unshare(flags) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", (dir / "small").c_str(), "tmpfs", 0, "size=64k") != 0)
-            return 77;
+    const int status = onSmallDisk(dir / "small", "64k", [&] {
         put(target, "old");
         const SaveResult saved = writeFileAtomically(target, std::vector<std::uint8_t>(1 << 20, 0x5A));
         if (saved.problem != SaveProblem::DiskFull || saved.cause() != "disk full")
@@ -204,7 +189,22 @@ TEST(SafeFile, AFullDiskIsReportedAsSuchAndKeepsTheOldFile)
             return 2;
         return namesIn(dir / "small") == std::vector<std::string>{"voices.msg"} ? 0 : 3;
     });
-    if (status == 77)
+    if (status == test::kNoPrivateMounts)
+        GTEST_SKIP() << "no private mounts here";
+    EXPECT_EQ(status, 0);
+}
+
+TEST(SafeFile, TheRoomForASaveIsCheckedBeforeTheWorkThatMakesIt)
+{
+    TempDir dir;
+    fs::create_directory(dir / "small");
+    const int status = onSmallDisk(dir / "small", "64k", [&] {
+        const SaveResult tooBig = checkSaveRoom(dir / "small" / "voices.msg", 528384);
+        if (tooBig.problem != SaveProblem::DiskFull || tooBig.cause() != "disk full")
+            return 1;
+        return checkSaveRoom(dir / "small" / "site.dat", 4704) ? 0 : 2;
+    });
+    if (status == test::kNoPrivateMounts)
         GTEST_SKIP() << "no private mounts here";
     EXPECT_EQ(status, 0);
 }

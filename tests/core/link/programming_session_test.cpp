@@ -4,12 +4,15 @@
 #include "core/link/simulated_unit.h"
 #include "core/link/wire_image.h"
 #include "tests/support/scripted_prompter.h"
+#include "tests/support/small_disk.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <fstream>
+
+#include <sys/statvfs.h>
 
 using namespace rk4;
 using namespace rk4::link;
@@ -503,4 +506,48 @@ TEST_F(SessionTest, AVoiceReadKeepsNoMoreThanTheLargestVoiceStore)
     EXPECT_EQ(requestsOf(CMD_PACKET), kVoiceStorePackets);
     // Whole ten-packet blocks only: the 129th packet's block is never complete.
     EXPECT_EQ(readWholeFile(dir / "big.msg")->size(), 120u * kPacketSize);
+}
+
+TEST_F(SessionTest, AVoiceReadStopsAtAFullDiskAndKeepsNothing)
+{
+    std::filesystem::create_directory(dir / "small");
+    port->unit().store.voices.assign(40 * kPacketSize, 0x33);
+    // 3 = refused at the start, 0 = stopped at the first block that did not fit.
+    const int status = test::onSmallDisk(dir / "small", "640k", [&] {
+        const auto target = dir / "small" / "unit.msg";
+        std::vector<std::uint8_t> filler(256 * 1024, 1);
+        if (!writeFileAtomically(dir / "small" / "other.dat", filler))
+            return 10;
+        if (session->Receive(TransferKind::Voices, clock.now(), target))
+            return 11;
+        if (!prompter.saw(" CANNOT OPEN voice.tmp FILE ") || prompter.messages()[0].detail.find("disk full") ==
+                                                                 std::string::npos)
+            return 12;
+        if (!port->unit().requests().empty())
+            return 13;
+        // Room for the whole store when the read starts, then something else fills the disk.
+        std::filesystem::remove(dir / "small" / "other.dat");
+        prompter.clear();
+        if (!session->Receive(TransferKind::Voices, clock.now(), target))
+            return 14;
+        struct statvfs disk {};
+        ::statvfs((dir / "small").c_str(), &disk);
+        filler.resize(disk.f_bavail * disk.f_frsize - 20000);
+        std::ofstream((dir / "small" / "other.dat").string(), std::ios::binary)
+            .write(reinterpret_cast<const char*>(filler.data()), static_cast<std::streamsize>(filler.size()));
+        runToEnd();
+        if (session->outcome() != SessionOutcome::Failed || session->view().line2 != "disk full")
+            return 15;
+        if (prompter.messages().size() != 1 || prompter.messages()[0].detail.find("disk full") == std::string::npos)
+            return 16;
+        if (requestsOf(CMD_PACKET) > 10)
+            return 17; // went on after the first block failed
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(dir / "small"))
+            names.push_back(entry.path().filename().string());
+        return names == std::vector<std::string>{"other.dat"} ? 0 : 18;
+    });
+    if (status == test::kNoPrivateMounts)
+        GTEST_SKIP() << "no private mounts here";
+    EXPECT_EQ(status, 0);
 }
