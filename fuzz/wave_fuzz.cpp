@@ -13,6 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)rk4::sourceWaveform(wave);
     const rk4::VoxConversion converted = rk4::convertWave(wave);
     FUZZ_REQUIRE(converted.vox.size() % rk4::kPhraseBlock == 0);
+    FUZZ_REQUIRE(converted.vox.size() <= rk4::kVoiceStoreBytes);
+    FUZZ_REQUIRE(converted.format.convertible() || converted.vox.empty());
     (void)rk4::decodeVox(converted.vox);
     (void)rk4::phraseWaveform(converted.vox);
     return 0;
