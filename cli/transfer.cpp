@@ -19,6 +19,7 @@ using namespace rk4::link;
 namespace {
 
 constexpr const char* kSimulatedPort = "sim";
+constexpr unsigned kSimulatedBaud = 9600;
 
 // A serial port or any terminal device, on the real clock.
 class SerialLine final : public UnitLine {
@@ -39,11 +40,12 @@ class SerialLine final : public UnitLine {
 
 // The built-in unit, in memory. Nothing real waits on it, so its time runs
 // straight to the next moment the session wants: a transfer with all its
-// pauses finishes at once.
+// pauses finishes at once. Its bytes are paced as on a 9600-baud line, so
+// its progress moves as a real unit's does.
 class SimulatedLine final : public UnitLine {
   public:
     SimulatedLine(UnitOptions options, std::array<std::string, 3> files, Context& context)
-        : port(time, std::move(options)), files(std::move(files)), context(context)
+        : port(time, std::move(options), kSimulatedBaud), files(std::move(files)), context(context)
     {
         SimulatedUnit& unit = port.unit();
         load(unit.store.database, TransferKind::Database, dbasesize);
@@ -118,10 +120,10 @@ class AnsweringPrompter final : public Prompter {
 };
 
 // Shows the session's texts once each as they change, and keeps a bar of the
-// packets on the last line of a terminal.
+// bytes on the wire on the last line of a terminal.
 class ProgressPrinter {
   public:
-    ProgressPrinter(Context& context, const ProgrammingSession& session) : context(context), session(session) {}
+    ProgressPrinter(Context& context, ProgrammingSession& session) : context(context), session(session) {}
 
     void text(SessionLine line, const std::string& text)
     {
@@ -147,18 +149,39 @@ class ProgressPrinter {
 
     void finish() { clearBar(); }
 
+    // Called as bytes move: redraws only when what the bar shows changes.
+    void follow()
+    {
+        if (!context.interactiveTerminal || !session.view().progressOpen)
+            return;
+        if (barText() != drawn || !barShown)
+            drawBar();
+    }
+
   private:
-    void drawBar()
+    std::string barText()
     {
         const SessionView& view = session.view();
-        if (!context.interactiveTerminal || !view.progressOpen || view.packetsTotal <= 0)
-            return;
-        constexpr int width = 30;
+        const WireProgress wire = session.wireProgress();
+        if (view.packetsTotal <= 0 || wire.total <= 0)
+            return {};
+        constexpr std::int64_t width = 30;
+        const std::int64_t filled = wire.done * width / wire.total;
         const int done = std::clamp(view.packetsDone, 0, view.packetsTotal);
-        const int filled = done * width / view.packetsTotal;
-        context.err << "\r[" << std::string(static_cast<std::size_t>(filled), '#')
-                    << std::string(static_cast<std::size_t>(width - filled), '.') << "] " << done << "/"
-                    << view.packetsTotal << " packets" << std::flush;
+        return "[" + std::string(static_cast<std::size_t>(filled), '#') +
+               std::string(static_cast<std::size_t>(width - filled), '.') + "] " +
+               std::to_string(wire.done * 100 / wire.total) + "% " + std::to_string(done) + "/" +
+               std::to_string(view.packetsTotal) + " packets";
+    }
+
+    void drawBar()
+    {
+        if (!context.interactiveTerminal || !session.view().progressOpen)
+            return;
+        drawn = barText();
+        if (drawn.empty())
+            return;
+        context.err << "\r" << drawn << std::flush;
         barShown = true;
     }
 
@@ -170,9 +193,10 @@ class ProgressPrinter {
     }
 
     Context& context;
-    const ProgrammingSession& session;
+    ProgrammingSession& session;
     std::array<std::string, 4> shown;
     std::string lastPrinted;
+    std::string drawn;
     bool barShown = false;
 };
 
@@ -265,6 +289,7 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
         session.poll(clock.now());
         if (!session.running())
             break;
+        printer.follow();
         line.waitUntil(session.nextPollAt(clock.now()));
     }
     printer.finish();

@@ -181,6 +181,16 @@ Millis LinkSession::nextPollAt(Millis now) const
     }
 }
 
+int LinkSession::dataBytesMoved()
+{
+    if (txLength > kShortFrameLength) {
+        if (phase != Phase::Sending)
+            return txLength;
+        return txLength - static_cast<int>(std::min<std::size_t>(line.unsent(), static_cast<std::size_t>(txLength)));
+    }
+    return expectedLength > kShortFrameLength ? collected : 0;
+}
+
 bool LinkSession::IsEndOfData() const
 {
     return rxBuffer[0] == kStartByte && rxBuffer[1] == kFromUnit && rxBuffer[2] == REPLY_ACK &&

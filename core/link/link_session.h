@@ -95,6 +95,10 @@ class LinkSession {
     // The latest time poll() must be called again while the exchange is Pending.
     Millis nextPollAt(Millis now) const;
 
+    // Bytes of this exchange's data frame (a packet sent, or a data reply)
+    // that have crossed the line so far; 0 for an exchange without one.
+    int dataBytesMoved();
+
     // The 7-byte re-check: the bytes received form a valid acknowledge. After
     // a failed data reply this means the unit has no more data.
     bool IsEndOfData() const;

@@ -78,6 +78,12 @@ bool PacedTransport::allSent()
     return outgoing.empty() && inner.allSent();
 }
 
+std::size_t PacedTransport::unsent()
+{
+    release();
+    return outgoing.size() + inner.unsent();
+}
+
 std::size_t PacedTransport::read(std::span<std::uint8_t> buffer)
 {
     release();

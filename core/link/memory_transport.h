@@ -73,6 +73,7 @@ class PacedTransport final : public Transport {
     void close() override { inner.close(); }
     bool write(std::span<const std::uint8_t> bytes) override;
     bool allSent() override;
+    std::size_t unsent() override;
     std::size_t read(std::span<std::uint8_t> buffer) override;
     void purge(Purge side) override;
     LinkTiming timing() const override { return inner.timing(); }

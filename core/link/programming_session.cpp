@@ -217,6 +217,7 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
 
     shown.progressOpen = true;
     shown.packetsDone = 0;
+    wireDone = 0;
     shown.packetsTotal = totalPackets;
     if (onProgress)
         onProgress();
@@ -265,6 +266,7 @@ bool ProgrammingSession::Receive(TransferKind transferKind, Millis now, std::opt
 
     shown.progressOpen = true;
     shown.packetsDone = 0;
+    wireDone = 0;
     shown.packetsTotal = totalPackets;
     if (onProgress)
         onProgress();
@@ -275,6 +277,19 @@ bool ProgrammingSession::Receive(TransferKind transferKind, Millis now, std::opt
     if (!fresh)
         step = Step::Version; // a read always checks the version
     return true;
+}
+
+WireProgress ProgrammingSession::wireProgress()
+{
+    WireProgress progress;
+    progress.total = std::int64_t{shown.packetsTotal} * kDataFrameLength;
+    progress.done = std::int64_t{shown.packetsDone} * kDataFrameLength;
+    if ((step == Step::Packet || step == Step::ReadPacket) && exchangeState == Exchange::Running)
+        progress.done += link->dataBytesMoved();
+    // A packet sent again, or one waiting for its count, holds the bar where it was.
+    wireDone = std::max(wireDone, std::min(progress.done, progress.total));
+    progress.done = wireDone;
+    return progress;
 }
 
 void ProgrammingSession::wait(Millis now, Millis delay, Step next)

@@ -37,6 +37,13 @@ struct SessionView {
 
 enum class SessionLine { Status, Version, Line1, Line2 };
 
+// How far a transfer has got on the wire: bytes of its data frames sent or
+// received so far, and in all.
+struct WireProgress {
+    std::int64_t done = 0;
+    std::int64_t total = 0;
+};
+
 inline constexpr int kAttempts = 3;
 inline constexpr Millis kRetryWait = 200;
 inline constexpr Millis kAfterReply = 50;
@@ -88,6 +95,8 @@ class ProgrammingSession {
     Millis nextPollAt(Millis now) const;
     SessionOutcome outcome() const { return result; }
     const SessionView& view() const { return shown; }
+    // Moves with every byte of a packet, where view() moves once a packet.
+    WireProgress wireProgress();
 
     // True when a database write would be better cancelled (the questions
     // asked before every write).
@@ -172,6 +181,7 @@ class ProgrammingSession {
     std::unique_ptr<SafeFileWriter> voiceStaging;
     std::optional<std::filesystem::path> voiceTarget;
     Millis endDelay = 0;
+    std::int64_t wireDone = 0;
     Step afterEnd = Step::Idle;
 };
 

@@ -82,6 +82,17 @@ bool FdTransport::allSent()
     return waiting == 0;
 }
 
+std::size_t FdTransport::unsent()
+{
+    if (fd < 0)
+        return 0;
+    push();
+    int waiting = 0;
+    if (::ioctl(fd, TIOCOUTQ, &waiting) < 0)
+        waiting = 0;
+    return queued.size() + static_cast<std::size_t>(std::max(waiting, 0));
+}
+
 std::size_t FdTransport::read(std::span<std::uint8_t> buffer)
 {
     if (fd < 0 || buffer.empty())

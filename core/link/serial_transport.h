@@ -27,6 +27,7 @@ class FdTransport : public Transport {
     void close() override;
     bool write(std::span<const std::uint8_t> bytes) override;
     bool allSent() override;
+    std::size_t unsent() override;
     std::size_t read(std::span<std::uint8_t> buffer) override;
     void purge(Purge side) override;
     int readableDescriptor() const override { return fd; }

@@ -121,6 +121,7 @@ class SimulatedUnitPort final : public Transport {
     void close() override { toolSide().close(); }
     bool write(std::span<const std::uint8_t> bytes) override;
     bool allSent() override;
+    std::size_t unsent() override { return toolSide().unsent(); }
     std::size_t read(std::span<std::uint8_t> buffer) override;
     void purge(Purge side) override;
 

@@ -40,6 +40,9 @@ class Transport {
     // True once everything written has left the machine. Also moves queued
     // bytes on, so a caller waiting for the write calls it repeatedly.
     virtual bool allSent() = 0;
+    // How many of the bytes written have not yet left the machine, so a
+    // progress display can follow the wire; 0 when the transport cannot tell.
+    virtual std::size_t unsent() { return 0; }
     // Copies up to buffer.size() bytes that have arrived; 0 when none. Read
     // errors are cleared here and count as no bytes, so reading goes on.
     virtual std::size_t read(std::span<std::uint8_t> buffer) = 0;

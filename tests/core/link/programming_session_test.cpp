@@ -520,8 +520,8 @@ TEST_F(SessionTest, AVoiceReadStopsAtAFullDiskAndKeepsNothing)
             return 10;
         if (session->Receive(TransferKind::Voices, clock.now(), target))
             return 11;
-        if (!prompter.saw(" CANNOT OPEN voice.tmp FILE ") || prompter.messages()[0].detail.find("disk full") ==
-                                                                 std::string::npos)
+        if (!prompter.saw(" CANNOT OPEN voice.tmp FILE ") ||
+            prompter.messages()[0].detail.find("disk full") == std::string::npos)
             return 12;
         if (!port->unit().requests().empty())
             return 13;
@@ -550,4 +550,38 @@ TEST_F(SessionTest, AVoiceReadStopsAtAFullDiskAndKeepsNothing)
     if (status == test::kNoPrivateMounts)
         GTEST_SKIP() << "no private mounts here";
     EXPECT_EQ(status, 0);
+}
+
+TEST_F(SessionTest, WireProgressFollowsEveryByteOfAPacketBothWays)
+{
+    SimulatedUnitPort paced(clock, {}, 9600);
+    ProgrammingSession overWire(space, paced, prompter);
+    // The 30 cells of a terminal's bar that each run's progress filled, one by one.
+    const auto cellsFilled = [&] {
+        std::vector<std::int64_t> cells;
+        std::int64_t last = 0;
+        for (int guard = 0; guard < 200000 && overWire.running(); ++guard) {
+            overWire.poll(clock.now());
+            const WireProgress progress = overWire.wireProgress();
+            if (progress.done < last)
+                return std::vector<std::int64_t>{-1}; // went backwards
+            last = progress.done;
+            if (progress.total > 0 && (cells.empty() || progress.done * 30 / progress.total != cells.back()))
+                cells.push_back(progress.done * 30 / progress.total);
+            clock.set(std::max(overWire.nextPollAt(clock.now()), clock.now() + 1));
+        }
+        return cells;
+    };
+    std::vector<std::int64_t> everyCell(31);
+    for (std::int64_t cell = 0; cell <= 30; ++cell)
+        everyCell[static_cast<std::size_t>(cell)] = cell;
+
+    prompter.expect(kSummaryQuestion, Answer::No);
+    ASSERT_TRUE(overWire.Send(TransferKind::Database, clock.now()));
+    EXPECT_EQ(cellsFilled(), everyCell) << "writing";
+    ASSERT_EQ(overWire.outcome(), SessionOutcome::Succeeded);
+
+    ASSERT_TRUE(overWire.Receive(TransferKind::Database, clock.now()));
+    EXPECT_EQ(cellsFilled(), everyCell) << "reading";
+    EXPECT_EQ(overWire.outcome(), SessionOutcome::Succeeded);
 }
