@@ -24,6 +24,14 @@ bool yes(Prompter& prompter, std::string text)
     return prompter.ask(Message{"Warning", std::move(text), Icon::Warning, Buttons::YesNo}) == Answer::Yes;
 }
 
+bool isSimple(const DirectoryRecord& record)
+{
+    const DirLines lines = DecodeDirectory(record);
+    return std::all_of(lines.begin(), lines.end(), [](const DirLine& line) {
+        return line.empty() || (line.command[0] == kCmdDial && line.commandCount() == 1);
+    });
+}
+
 } // namespace
 
 bool PhoneNumberEditor::CanClose(Prompter& prompter)
@@ -67,6 +75,7 @@ void SimDirEditor::load(int dir)
     const GroupRecord& group = space.image.group[dir];
     Directory& d = directory[dir];
     d.phoneNumbers = SimpleDirectoryNumbers(space.image.dir[dir]);
+    simple[dir] = isSimple(space.image.dir[dir]);
     d.ackCode = dtmfCodeText(group.ackCode);
     d.interrogateCode = dtmfCodeText(group.interrogateCode);
     d.cycle = std::to_string(group.shortTimer);
@@ -75,7 +84,14 @@ void SimDirEditor::load(int dir)
 
 std::vector<std::string> SimDirEditor::UpdateList(int dir) const
 {
-    std::vector<std::string> lines = directory[dir].phoneNumbers;
+    std::vector<std::string> lines;
+    if (simple[dir]) {
+        lines = directory[dir].phoneNumbers;
+    } else {
+        const DirLines decoded = DecodeDirectory(space.image.dir[dir]);
+        for (int i = 0; i < lineCount(decoded); ++i)
+            lines.push_back(dirLineText(decoded[i]));
+    }
     lines.resize(kBasicPhoneNumbers, "empty");
     return lines;
 }
@@ -102,6 +118,8 @@ std::optional<std::string> SimDirEditor::askNumber(const std::string& number, co
 
 bool SimDirEditor::Insert(int dir, Prompter& prompter, const NumberRunner& runDialog)
 {
+    if (!simple[dir])
+        return false;
     std::vector<std::string> numbers = directory[dir].phoneNumbers;
     const bool full = numbers.size() >= static_cast<std::size_t>(kBasicPhoneNumbers);
     if (full && !yes(prompter, "The directory is already full, inserting a new number will delete the last "
@@ -125,7 +143,7 @@ bool SimDirEditor::Delete(int dir)
 {
     std::vector<std::string>& numbers = directory[dir].phoneNumbers;
     const auto at = static_cast<std::size_t>(selected[dir]);
-    if (at >= numbers.size())
+    if (!simple[dir] || at >= numbers.size())
         return false;
     numbers.erase(numbers.begin() + static_cast<std::ptrdiff_t>(at));
     return true;
@@ -133,6 +151,8 @@ bool SimDirEditor::Delete(int dir)
 
 bool SimDirEditor::Editing(int dir, Prompter& prompter, const NumberRunner& runDialog)
 {
+    if (!simple[dir])
+        return false;
     std::vector<std::string> numbers = directory[dir].phoneNumbers;
     const auto at = static_cast<std::size_t>(selected[dir]);
     if (at >= numbers.size()) {
@@ -162,6 +182,7 @@ void SimDirEditor::Advanced(int dir, const std::function<void()>& runFullEditor)
     // The codes and the cycle stay as edited here; the numbers are the image's now.
     directory[dir].phoneNumbers = SimpleDirectoryNumbers(space.image.dir[dir]);
     opened[dir].phoneNumbers = directory[dir].phoneNumbers;
+    simple[dir] = isSimple(space.image.dir[dir]);
     selected[dir] = std::min(selected[dir], kBasicPhoneNumbers - 1);
 }
 

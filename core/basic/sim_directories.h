@@ -54,8 +54,13 @@ class SimDirEditor : public SimDialogEditor {
     std::array<Directory, 2> directory; // A and B
     std::array<int, 2> selected{};      // the selected slot 0..19 of each list
 
-    // The twenty slots of a list; an empty slot shows "empty".
+    // The twenty slots of a list; an empty slot shows "empty". A directory
+    // that holds more than one DIAL a line shows its lines as the full editor does.
     std::vector<std::string> UpdateList(int dir) const;
+    // True when the directory holds nothing but one DIAL a line, so the
+    // numbers can be changed here. Otherwise only Advanced changes it: writing
+    // the numbers back would drop its other commands.
+    bool numbersOnly(int dir) const { return simple[dir]; }
     int fill(int dir) const;
     // "12% filled"
     std::string SetFill(int dir) const;
@@ -89,6 +94,7 @@ class SimDirEditor : public SimDialogEditor {
 
     Workspace& space;
     std::array<Directory, 2> opened;
+    std::array<bool, 2> simple{};
 };
 
 } // namespace rk4

@@ -136,10 +136,17 @@ QWidget* SimDirDialog::buildDirectory(int dir)
         button->setWhatsThis(b.help);
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, dir == 0 ? b.slot : b.slotB);
+        if (b.slot != &SimDirDialog::AdvancedA)
+            c.numberButtons.push_back(button);
         buttons->addWidget(button, index / 2, index % 2);
         ++index;
     }
     column->addLayout(buttons);
+    c.advancedNote = new QLabel("This directory holds more than phone numbers:\nchange it with Advanced.", box);
+    c.advancedNote->setObjectName("advancedNote" + letter);
+    c.advancedNote->setWhatsThis("Writing the numbers back from here would drop the directory's other commands, so "
+                                 "its lines are shown as they are and only the full editor changes them.");
+    column->addWidget(c.advancedNote);
 
     auto* form = new QFormLayout;
     c.ackCode = addEdit("ackCodeEdit" + letter, d.ackCode, static_cast<int>(7),
@@ -164,15 +171,19 @@ void SimDirDialog::UpdateList(int dir)
 {
     Controls& c = controls[dir];
     const std::vector<std::string> lines = editor.UpdateList(dir);
-    const std::size_t used = editor.directory[dir].phoneNumbers.size();
     c.list->clear();
     for (std::size_t i = 0; i < lines.size(); ++i) {
         auto* item = new QListWidgetItem(QString("%1  %2").arg(i + 1, 2).arg(qtext(lines[i])), c.list);
-        if (i >= used)
+        if (lines[i] == "empty")
             item->setForeground(palette().brush(QPalette::Disabled, QPalette::Text));
     }
     c.list->setCurrentRow(editor.selected[dir]);
     c.fill->setText(qtext(editor.SetFill(dir)));
+    const bool numbers = editor.numbersOnly(dir);
+    for (QPushButton* button : c.numberButtons)
+        button->setEnabled(numbers);
+    c.fill->setVisible(numbers);
+    c.advancedNote->setVisible(!numbers);
 }
 
 SimDirEditor::NumberRunner SimDirDialog::numberDialog()

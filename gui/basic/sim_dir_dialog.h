@@ -10,6 +10,7 @@
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QPushButton;
 
 namespace rk4::gui {
 
@@ -54,6 +55,8 @@ class SimDirDialog : public SimDialog {
         QLineEdit* ackCode = nullptr;
         QLineEdit* interrogateCode = nullptr;
         QLineEdit* cycle = nullptr;
+        std::vector<QPushButton*> numberButtons; // Insert, Delete, Edit
+        QLabel* advancedNote = nullptr;
     };
 
     QWidget* buildDirectory(int dir);

@@ -269,12 +269,18 @@ TEST_F(SimEditorsTest, DirectoriesWriteDialLinesCodesAndCycleToTheirGroups)
     EXPECT_TRUE(prompter.finished());
 }
 
-TEST_F(SimEditorsTest, UntouchedDirectoryKeepsItsAdvancedCommands)
+TEST_F(SimEditorsTest, DirectoryWithOtherCommandsIsShownAsLinesAndOnlyAdvancedChangesIt)
 {
     const std::string text = "P5551234W5&";
     std::copy(text.begin(), text.end(), space.image.dir[0].dirText.begin());
     SimDirEditor editor(space);
-    EXPECT_EQ(editor.directory[0].phoneNumbers, std::vector<std::string>{"5551234"});
+    EXPECT_FALSE(editor.numbersOnly(0));
+    EXPECT_TRUE(editor.numbersOnly(1));
+    EXPECT_EQ(editor.UpdateList(0)[0], " [DIAL]5551234 [WAIT]5");
+    EXPECT_EQ(editor.UpdateList(0)[1], "empty");
+    EXPECT_FALSE(editor.Insert(0, prompter, typing("5550000", prompter)));
+    EXPECT_FALSE(editor.Delete(0));
+    EXPECT_FALSE(editor.Editing(0, prompter, typing("5550000", prompter)));
     editor.directory[0].ackCode = "1";
     ASSERT_TRUE(editor.CanClose(prompter));
     EXPECT_EQ(std::string(space.image.dir[0].dirText.begin(), space.image.dir[0].dirText.begin() + 11), text);
