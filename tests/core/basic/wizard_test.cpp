@@ -527,3 +527,88 @@ TEST_F(WizardTest, AFullRunGivesABasicImageWithOnlyTheWarningsItsAnswersImply)
     EXPECT_EQ(db.gen.callProgress, 1);
     EXPECT_EQ(db.hardware.port[11].timer, 4800);
 }
+
+// Whole runs from a script of answers: each image passes the Basic check and
+// warns only about what its answers left out (and the template's site name).
+TEST_F(WizardTest, ScriptedRunsWarnOnlyAboutWhatTheAnswersLeftOut)
+{
+    struct Step {
+        WizardStep at;
+        char action; // 'p' pick a row, 't' type, 'y' Yes, 'n' No
+        const char* value = "";
+    };
+    struct Case {
+        const char* name;
+        std::vector<const char*> questions; // the questions the answers raise: go on regardless
+        std::vector<Step> script;
+        std::vector<std::string> warnings;
+    };
+    const char kNoAlarms[] = "No alarms have been selected.  Are you sure that you want the unit to never call out?";
+    const Case cases[] = {
+        {"nothing used and the unit's codes left empty",
+         {kNoAlarms,
+          "The Access code is empty.  Remote programming will be possible by ANYONE.  Do you want to change it?",
+          "The Modem Enable code is empty.  Remote data transfer will not be possible.  Do you want to change it?"},
+         {{WizardStep::AlarmCount, 'p', "0"},
+          {WizardStep::OutputCount, 'p', "0"},
+          {WizardStep::Rings, 'p', "1"},
+          {WizardStep::CallProgress, 'n'},
+          {WizardStep::AccessCode, 't', ""},
+          {WizardStep::ModemCode, 't', ""},
+          {WizardStep::ModemTime, 't', "60"}},
+         {"The Access Code is empty - program and control access to the Rk4 will be unrestricted.",
+          "The Modem Enable Code is empty - remote data transfer will not be available.",
+          "There is no Site Name in the General section.",
+          "Output 4 is a Timed type without an On code.\nThe output can never be activated.",
+          "All of the alarms are disabled. No reporting will occur."}},
+        {"alarms on B with a short number and no acknowledge code, four outputs",
+         {"The phone number has less than 7 digits.  Do you want to change it?",
+          "The Acknowledge code is empty.  You will not be able to stop the alarm sequence.  Do you want to change "
+          "it?"},
+         {{WizardStep::AlarmCount, 'p', "3"},      {WizardStep::AllToA, 'n'},
+          {WizardStep::OtherAsWell, 'n'},          {WizardStep::InputFormat, 'p', "2"},
+          {WizardStep::DebounceScale, 'n'},        {WizardStep::DebounceTime, 't', "0.5"},
+          {WizardStep::DebounceTime, 't', "2"},    {WizardStep::OutputCount, 'p', "4"},
+          {WizardStep::OutputType, 'n'},           {WizardStep::OnCode, 't', "11"},
+          {WizardStep::OffCode, 't', "10"},        {WizardStep::OutputType, 'y'},
+          {WizardStep::OnCode, 't', "21"},         {WizardStep::OutputScale, 'n'},
+          {WizardStep::OutputTime, 't', "5"},      {WizardStep::OutputType, 'n'},
+          {WizardStep::OnCode, 't', "31"},         {WizardStep::OffCode, 't', "30"},
+          {WizardStep::OutputType, 'n'},           {WizardStep::OnCode, 't', "41"},
+          {WizardStep::OutputScale, 'n'},          {WizardStep::OutputTime, 't', "3"},
+          {WizardStep::PhoneNumber, 't', "55512"}, {WizardStep::AnotherNumber, 'n'},
+          {WizardStep::CycleTimer, 't', "30"},     {WizardStep::AckCode, 't', ""},
+          {WizardStep::IntCode, 't', "7"},         {WizardStep::OutputIntCode, 't', "8"},
+          {WizardStep::Rings, 'p', "8"},           {WizardStep::CallProgress, 'y'},
+          {WizardStep::AccessCode, 't', "1"},      {WizardStep::ModemCode, 't', "2"},
+          {WizardStep::ModemTime, 't', "90"}},
+         {"There is no Site Name in the General section.", "Directory B does not have an Acknowledge Code.",
+          "Directory B has one or more phone numbers with less than 7 digits."}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        db = fresh;
+        restart();
+        prompter.clear();
+        for (const char* question : c.questions)
+            prompter.expect(question, question == kNoAlarms ? Answer::Yes : Answer::No);
+        for (const Step& s : c.script) {
+            ASSERT_EQ(wizard->step(), s.at) << wizard->prompt().question;
+            switch (s.action) {
+            case 'p':
+                wizard->setChoice(std::atoi(s.value));
+                wizard->Forward(prompter);
+                break;
+            case 't':
+                wizard->setEntry(s.value);
+                wizard->Forward(prompter);
+                break;
+            case 'y': wizard->Yes(); break;
+            case 'n': wizard->No(); break;
+            }
+        }
+        ASSERT_TRUE(wizard->finished()) << wizard->prompt().question;
+        EXPECT_EQ(CheckForSimple(db).problems, 0u);
+        EXPECT_EQ(ConfigurationWarnings(db), c.warnings);
+    }
+}
