@@ -1,6 +1,7 @@
 #include "core/link/packing.h"
 
 #include "core/link/wire_image.h"
+#include "core/points/spoken_units.h"
 
 #include <algorithm>
 
@@ -10,8 +11,8 @@ int packDatabase(Database& db, bool secondPass, std::span<std::uint8_t> staging)
 {
     if (secondPass) {
         for (auto& point : db.alm)
-            if (point.unitSelector[1] == 19 || point.unitSelector[1] == 20)
-                point.unitSelector[1] = 0;
+            if (needsNewerUnit(point.unitSelector))
+                point.unitSelector[static_cast<int>(UnitSelector::Unit)] = 0;
     }
     std::fill(db.gen.transferStamp.begin(), db.gen.transferStamp.begin() + 9,
               static_cast<std::uint8_t>(kTransferStampDigit));

@@ -92,7 +92,8 @@ std::vector<std::string> PortLines(const Database& db)
     }
     for (int n = 1; n <= kInputCount; ++n) {
         const std::uint8_t type = db.hardware.port[kInputCount + n - 1].typeFlags;
-        std::string line = "O/P " + std::to_string(n) + (type == kOutputTimed ? " TIMED            " : " ON/OFF          ");
+        std::string line =
+            "O/P " + std::to_string(n) + (type == kOutputTimed ? " TIMED            " : " ON/OFF          ");
         if (anyGroupNames(db, n, &GroupRecord::ackOut))
             line += "<ACK>";
         if (anyGroupNames(db, n, &GroupRecord::newAlarmOut))
@@ -152,8 +153,8 @@ PointEditor::PointEditor(Workspace& space, PointList& list, int slot, PointRecor
 
 std::string PointEditor::title() const
 {
-    static const char* const kWords[] = {"Select Port",    "Acknowledge Input", "Digital Input",   "Watchdog Input",
-                                         "Output",         "Interval Input",    "Totalizer Input", "Analog Input"};
+    static const char* const kWords[] = {"Select Port", "Acknowledge Input", "Digital Input",   "Watchdog Input",
+                                         "Output",      "Interval Input",    "Totalizer Input", "Analog Input"};
     return "Point " + std::to_string(slotIndex + 1) + " - " + kWords[static_cast<int>(dialogKind)];
 }
 
@@ -232,11 +233,9 @@ bool PointEditor::refusedPort(int index, Prompter& prompter) const
             }
         }
         if (space.image.hardware.port[index].resetMask != 0) {
-            const Answer answer =
-                prompter.ask(Message{"Warning",
-                                     "Input " + std::to_string(index + 1) +
-                                         " is also used as a totalizer reset - Proceed?",
-                                     Icon::Warning, Buttons::YesNo});
+            const Answer answer = prompter.ask(Message{
+                "Warning", "Input " + std::to_string(index + 1) + " is also used as a totalizer reset - Proceed?",
+                Icon::Warning, Buttons::YesNo});
             if (answer != Answer::Yes)
                 return true;
         }
@@ -247,7 +246,9 @@ bool PointEditor::refusedPort(int index, Prompter& prompter) const
                 continue;
             const char* text = nullptr;
             switch (other.outFunction) {
-            case kUseAlarmOut: text = " is using this output for the Alarm Out function - select a different I/O"; break;
+            case kUseAlarmOut:
+                text = " is using this output for the Alarm Out function - select a different I/O";
+                break;
             case kUseNewAlarm:
                 text = " is using this output for the New Alarm function - select a different I/O";
                 break;
@@ -496,6 +497,7 @@ PointCheck PointEditor::closeAnalogDialog(Prompter& prompter, bool exit)
 {
     PointRecord edited = record;
     readCommon(edited);
+    edited.unitSelector = units;
     if (!exit && edited != opened) {
         WarningDialog warning("Analog");
         switch (warning.Execute(prompter)) {

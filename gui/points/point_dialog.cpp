@@ -1,6 +1,7 @@
 #include "gui/points/point_dialog.h"
 
 #include "core/database/dtmf.h"
+#include "gui/points/unit_dialog.h"
 #include "gui/shell/editor_window.h"
 
 #include <QCheckBox>
@@ -181,6 +182,22 @@ QWidget* PointDialog::buildCommon()
         form->addRow(places);
     }
 
+    if (kind == PointDialogKind::Total || kind == PointDialogKind::Analog) {
+        auto* units = new QPushButton("&Units...", box);
+        units->setObjectName("unitsButton");
+        units->setWhatsThis("Choose the words the unit says after the value: a multiplier, a unit and a rate.");
+        connect(units, &QPushButton::clicked, this, &PointDialog::ChooseUnits);
+        form->addRow("Spoken units:", units);
+        // On a row of its own: the longest choice is wider than the fields.
+        unitsLabel = new QLabel(box);
+        unitsLabel->setObjectName("unitsLabel");
+        unitsLabel->setWhatsThis("The words the unit says after the value.");
+        unitsLabel->setWordWrap(true);
+        unitsLabel->setIndent(12);
+        form->addRow(unitsLabel);
+        showUnits();
+    }
+
     if (kind == PointDialogKind::Analog) {
         auto* calibrate = new QPushButton("Ca&librate...", box);
         calibrate->setObjectName("calibrateButton");
@@ -250,12 +267,27 @@ void PointDialog::reject()
 void PointDialog::ChangeIO(int index)
 {
     if (core.ChangeIO(index, prompter)) {
-        core.CanClose(prompter, false); // resets the moved point
+        core.CanClose(prompter, false);   // resets the moved point
         QDialog::done(QDialog::Rejected); // the list reopens the editor of the new type
         return;
     }
     const QSignalBlocker block(portList);
     portList->setCurrentRow(core.portIndex);
+}
+
+void PointDialog::ChooseUnits()
+{
+    UnitDialog dialog(core.units, this);
+    if (dialog.exec() == QDialog::Accepted) {
+        core.units = dialog.selectors();
+        showUnits();
+    }
+}
+
+void PointDialog::showUnits()
+{
+    const std::string words = spokenUnitsText(core.units);
+    unitsLabel->setText(words.empty() ? "(none)" : text(words));
 }
 
 void PointDialog::Calibrate()

@@ -10,6 +10,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 class QRadioButton;
@@ -23,16 +24,18 @@ class PointDialog : public QDialog {
     PointDialog(PointEditor& editor, Prompter& prompter, QWidget* parent = nullptr);
 
   public slots:
-    void CmExit();        // Exit, or OK in the port chooser
+    void CmExit();          // Exit, or OK in the port chooser
     void reject() override; // Cancel, Escape or the close box
     void ChangeIO(int index);
     void Calibrate();
+    void ChooseUnits();
 
   private:
     QWidget* buildPortList();
     QWidget* buildCommon();
     void readControls();
     void focusOn(PointField field);
+    void showUnits();
 
     PointEditor& core;
     Prompter& prompter;
@@ -45,6 +48,7 @@ class PointDialog : public QDialog {
     QRadioButton* whenActiveRadio = nullptr;
     QRadioButton* latchingRadio = nullptr;
     QList<QRadioButton*> decimalRadios;
+    QLabel* unitsLabel = nullptr;
 };
 
 } // namespace rk4::gui

@@ -128,7 +128,7 @@ TEST_F(PointsWinTest, MovingAPointReopensTheEditorOfItsNewPort)
     EXPECT_TRUE(prompter.finished());
 }
 
-TEST_F(PointsWinTest, CalibrationFromTheAnalogEditorIsStoredInThePoint)
+TEST_F(PointsWinTest, CalibrationAndSpokenUnitsFromTheAnalogEditorAreStoredInThePoint)
 {
     space.image.hardware.port[3].typeFlags = 0x10;
     space.image.alm[2].type = kPointAnalog;
@@ -140,6 +140,18 @@ TEST_F(PointsWinTest, CalibrationFromTheAnalogEditorIsStoredInThePoint)
     child<QListWidget>(window, "pointList")->setCurrentRow(2);
     whenDialogOpens([](QDialog* analog) {
         EXPECT_EQ(analog->objectName(), "AnalogPointDialog");
+        EXPECT_EQ(child<QLabel>(analog, "unitsLabel")->text(), "(none)");
+        whenDialogOpens([](QDialog* units) {
+            EXPECT_EQ(units->windowTitle(), "Spoken Units");
+            child<QComboBox>(units, "multiplierCombo")->setCurrentIndex(2);
+            child<QComboBox>(units, "unitCombo")->setCurrentIndex(19);
+            child<QComboBox>(units, "rateCombo")->setCurrentIndex(3);
+            EXPECT_EQ(child<QLabel>(units, "spokenLabel")->text(), "12.5 THOUSAND KILOWATTS PER HOUR");
+            EXPECT_FALSE(child<QLabel>(units, "newerUnitNote")->isHidden());
+            units->accept();
+        });
+        child<QPushButton>(analog, "unitsButton")->click();
+        EXPECT_EQ(child<QLabel>(analog, "unitsLabel")->text(), "THOUSAND KILOWATTS PER HOUR");
         whenDialogOpens([](QDialog* calibration) {
             EXPECT_EQ(calibration->windowTitle(), "Calibration");
             EXPECT_EQ(child<QLabel>(calibration, "lowResetLabel")->text(), "+034.5");
@@ -161,6 +173,7 @@ TEST_F(PointsWinTest, CalibrationFromTheAnalogEditorIsStoredInThePoint)
     EXPECT_EQ(prompter.texts(), std::vector<std::string>{"The Decimal Minimum and Decimal Maximum cannot be equal."});
     const PointRecord& point = window->core().copy()[2];
     EXPECT_EQ(point.decimalPlaces, 2);
+    EXPECT_EQ(point.unitSelector, (std::array<std::uint8_t, 3>{2, 19, 3}));
     EXPECT_EQ(point.decimalMaximum, 5050);
     EXPECT_EQ(point.lowSetpoint, 50); // 10 * 255 / 50.5 = 50.5
     EXPECT_TRUE(child<QListWidget>(window, "pointList")->item(2)->text().contains("Range: 0.00 to 50.50"));
