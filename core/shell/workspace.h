@@ -47,8 +47,8 @@ class Workspace {
 
     // Called whenever the mode the menus show changes (the window rebuilds them).
     std::function<void()> ChangeMode;
-    // Hooks for the rules summaries and the Basic wizard. Until those windows
-    // exist, a Yes that would open one goes on as the No path.
+    // Hooks for the rules summaries and the Basic wizard, set by the window.
+    // Without one, a Yes that would open them goes on as the No path.
     std::function<void(bool basic)> showRulesSummary;
     std::function<void()> runBasicWizard;
     // Shows the list of what keeps the image from Basic mode and returns the

@@ -7,6 +7,7 @@
 #include "gui/basic/sim_gen_dialog.h"
 #include "gui/basic/sim_out_dialog.h"
 #include "gui/basic/simple_warning_dialog.h"
+#include "gui/basic/wizard_dialog.h"
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
 
@@ -73,6 +74,15 @@ Main::Main(Workspace& workspace, Prompter* prompter, QWidget* parent) : QMainWin
             SimpleRulesDialog(this).exec();
         else
             AdvancedRulesDialog(this).exec();
+    };
+    // The wizard answers into a copy, so leaving it early changes nothing and
+    // a finished run marks the data changed only when a byte differs.
+    space.runBasicWizard = [this] {
+        Database edited = space.image;
+        WizardDialog dialog(edited, *activePrompter, this);
+        dialog.exec();
+        space.commit(edited);
+        updateCommands();
     };
     space.showSimpleWarning = [this](SimpleWarning& warning) {
         SimpleWarningDialog dialog(warning, *activePrompter, this);
