@@ -181,15 +181,16 @@ OpenResult SerialTransport::open()
     settings.c_cflag |= CS8 | CREAD | CLOCAL;
     settings.c_cc[VMIN] = 0;
     settings.c_cc[VTIME] = 0;
-    ::cfsetispeed(&settings, B9600);
-    ::cfsetospeed(&settings, B9600);
+    const speed_t speed = wire.baud == 19200 ? B19200 : B9600;
+    ::cfsetispeed(&settings, speed);
+    ::cfsetospeed(&settings, speed);
     if (::tcsetattr(descriptor, TCSANOW, &settings) < 0)
         return refuse(errno);
 
-    // DTR held on, RTS held off. A pseudo-terminal has no modem lines and
+    // DTR as asked, RTS held off. A pseudo-terminal has no modem lines and
     // answers ENOTTY or EINVAL, which is no fault there.
     int line = TIOCM_DTR;
-    if (::ioctl(descriptor, TIOCMBIS, &line) < 0 && errno != ENOTTY && errno != EINVAL)
+    if (::ioctl(descriptor, wire.dtr ? TIOCMBIS : TIOCMBIC, &line) < 0 && errno != ENOTTY && errno != EINVAL)
         return refuse(errno);
     line = TIOCM_RTS;
     if (::ioctl(descriptor, TIOCMBIC, &line) < 0 && errno != ENOTTY && errno != EINVAL)

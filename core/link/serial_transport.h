@@ -43,11 +43,20 @@ class FdTransport : public Transport {
     bool broken = false;
 };
 
-// A serial port for the unit: exclusive, 9600 baud, 8 data bits, no parity,
-// one stop bit, no flow control, raw bytes, DTR on and RTS off.
+// The line settings that differ between the peers on a serial port.
+struct SerialSettings {
+    unsigned baud = 9600; // 9600 or 19200
+    bool dtr = true;      // DTR held on, or held off
+};
+
+// A serial port: exclusive, 8 data bits, no parity, one stop bit, no flow
+// control, raw bytes, RTS off; 9600 baud and DTR on for the unit unless told
+// otherwise.
 class SerialTransport final : public FdTransport {
   public:
-    explicit SerialTransport(std::string devicePath = {}) : device(std::move(devicePath)) {}
+    explicit SerialTransport(std::string devicePath = {}, SerialSettings line = {})
+        : device(std::move(devicePath)), wire(line)
+    {}
 
     const std::string& path() const { return device; }
     // Takes effect at the next open().
@@ -57,6 +66,7 @@ class SerialTransport final : public FdTransport {
 
   private:
     std::string device;
+    SerialSettings wire;
 };
 
 // Why opening `path` failed with `error` (an errno value), in words a

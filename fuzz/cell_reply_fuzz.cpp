@@ -1,0 +1,100 @@
+// The radio module's replies: the input is cut at each 0xFF into the answers
+// to a whole read sequence, so echoes, stray lines, long lines and damaged
+// replies all reach the line assembly and every reply reader.
+
+#include "fuzz/fuzz_target.h"
+
+#include "core/cellular/cell_session.h"
+
+#include <algorithm>
+#include <deque>
+
+namespace {
+
+using namespace rk4::cellular;
+
+class ReplyingModule final : public rk4::link::Transport {
+  public:
+    ReplyingModule(const std::uint8_t* data, std::size_t size) : data(data), size(size) {}
+
+    rk4::link::OpenResult open() override { return {true, {}}; }
+    bool isOpen() const override { return true; }
+    void close() override {}
+    bool write(std::span<const std::uint8_t>) override
+    {
+        const std::uint8_t* end = std::find(data + offset, data + size, 0xFF);
+        inbox.insert(inbox.end(), data + offset, end);
+        offset = std::min<std::size_t>(size, static_cast<std::size_t>(end - data) + 1);
+        return true;
+    }
+    bool allSent() override { return true; }
+    std::size_t read(std::span<std::uint8_t> buffer) override
+    {
+        const std::size_t count = std::min(buffer.size(), inbox.size());
+        std::copy_n(inbox.begin(), count, buffer.begin());
+        inbox.erase(inbox.begin(), inbox.begin() + static_cast<std::ptrdiff_t>(count));
+        return count;
+    }
+    void purge(rk4::link::Purge) override { inbox.clear(); }
+
+  private:
+    const std::uint8_t* data;
+    std::size_t size;
+    std::size_t offset = 0;
+    std::deque<std::uint8_t> inbox;
+};
+
+class SilentPrompter final : public rk4::Prompter {
+  public:
+    rk4::Answer ask(const rk4::Message&) override { return rk4::Answer::Ok; }
+    std::optional<std::string> chooseFile(const rk4::FileRequest&) override { return std::nullopt; }
+};
+
+void checkReadings(const CellReadings& readings)
+{
+    FUZZ_REQUIRE(readings.rssi >= 0 && readings.rssi <= 16);
+    FUZZ_REQUIRE(readings.model.size() <= 10 && readings.sid.size() <= 10 && readings.band.size() <= 1);
+    FUZZ_REQUIRE(readings.min.size() <= kPhoneLength && readings.mdn.size() <= kPhoneLength);
+    FUZZ_REQUIRE(readings.version.size() <= 70 + 2 + 20);
+    FUZZ_REQUIRE(readings.esn.empty() || readings.esn.size() >= 6);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    // Every reader on every line the receiver completes, for each selector.
+    for (const WaitFor selector : {WaitFor::Any, WaitFor::S, WaitFor::D, WaitFor::M}) {
+        CellReceiver receiver;
+        receiver.clear(selector);
+        for (std::size_t i = 0; i < size; ++i) {
+            receiver.accept(data[i]);
+            if (!receiver.lineReady())
+                continue;
+            const std::string_view line = receiver.line();
+            FUZZ_REQUIRE(!line.empty() && line.size() < kReplyLineSize);
+            FUZZ_REQUIRE(line.find_first_of("\r\n") == std::string_view::npos);
+            FUZZ_REQUIRE(line[0] != 'A' && (line.size() < 2 || line[1] != 'T'));
+            for (int command = 0; command < 0x100; ++command) {
+                CellReadings readings;
+                InterpretResponse(static_cast<std::uint8_t>(command), line, readings);
+                checkReadings(readings);
+            }
+            receiver.clear(selector);
+        }
+    }
+
+    // A whole read sequence; it ends by its own retry counts.
+    ReplyingModule module(data, size);
+    SilentPrompter prompter;
+    CellPhoneSession session(module, prompter);
+    rk4::Millis now = 0;
+    session.CmStartReading(now);
+    for (int ticks = 0; session.active(); ++ticks) {
+        FUZZ_REQUIRE(ticks < 10 * 4 * 3 + 10);
+        now += kCellTick;
+        session.poll(now);
+    }
+    checkReadings(session.readings());
+    return 0;
+}
