@@ -80,7 +80,8 @@ void LinkSession::start(std::uint8_t command, int packetNumber, bool withData, M
         return;
     }
     progress = command == CMD_PACKET && !withData;
-    line.purge(Purge::Receive);
+    dwell = command == CMD_PACKET;
+    line.purge(timing.beforeRequest);
     line.write(std::span<const std::uint8_t>(txBuffer).first(static_cast<std::size_t>(txLength)));
     // A write that has not finished by then is abandoned; the reply wait fails.
     writeDeadline = now + static_cast<Millis>(txLength) + timing.writeSlack;
@@ -108,7 +109,7 @@ ExchangeStatus LinkSession::poll(Millis now)
 void LinkSession::beginReceiving(Millis now)
 {
     phase = Phase::Receiving;
-    byteDeadline = now + timing.firstByteTimeout;
+    byteDeadline = now + (dwell ? timing.dwellFirstByteTimeout : timing.firstByteTimeout);
 }
 
 void LinkSession::receive(Millis now)

@@ -119,6 +119,7 @@ class LinkSession {
     ExchangeStatus state = ExchangeStatus::Idle;
     std::uint8_t expectedCode = REPLY_ACK;
     bool replyAwaited = true;
+    bool dwell = false; // a packet exchange: the reply may be slow to start
     Millis writeDeadline = 0;
     Millis byteDeadline = 0;
     int collected = 0;

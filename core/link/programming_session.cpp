@@ -136,7 +136,8 @@ bool ProgrammingSession::CheckWarnings()
         if (!openGeneralEditor) {
             // Nothing to change it in: the question becomes a warning.
             prompter.tell("Warning", kMissingAccessCodeText, Icon::Warning);
-        } else if (prompter.ask(Message{"Warning", std::string(kMissingAccessCodeText) + "\nDo you want to change this?",
+        } else if (prompter.ask(Message{"Warning",
+                                        std::string(kMissingAccessCodeText) + "\nDo you want to change this?",
                                         Icon::Warning, Buttons::YesNo}) == Answer::Yes) {
             openGeneralEditor();
             if (prompter.ask(question("Do you want to continue with programming?")) != Answer::Yes)
@@ -170,7 +171,7 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
 {
     if (running())
         return false;
-    if (transferKind == TransferKind::Database && CheckWarnings())
+    if (transferKind == TransferKind::Database && askWarnings && CheckWarnings())
         return false;
     attentionOn = false;
     setText(SessionLine::Status, "");
@@ -187,7 +188,7 @@ bool ProgrammingSession::Send(TransferKind transferKind, Millis now, std::option
         const StreamedFile& form = kind == TransferKind::Vocabulary ? kVocabularyFile : kVoiceFile;
         if (!file) {
             const std::filesystem::path start = kind == TransferKind::Vocabulary
-                                                    ? programDirectory / kDefaultVocabularyFile
+                                                    ? programDirectory / defaultVocabularyFile
                                                     : workspace.workingDirectory() / kDefaultVoiceFile;
             auto chosen = prompter.chooseFile(FileRequest{
                 FileMode::Open, "Open", std::string(form.filter) + ";;All files (*)", form.extension, start.string()});

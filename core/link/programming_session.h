@@ -58,9 +58,8 @@ inline constexpr char kDefaultVoiceFile[] = "rk4.msg";
 
 // An empty Access code while remote programming is enabled: the warning
 // before every database write.
-inline constexpr char kMissingAccessCodeText[] =
-    "The Access Code has not been entered in the General section.\n"
-    "Remote programming will not be available without an Access Code.";
+inline constexpr char kMissingAccessCodeText[] = "The Access Code has not been entered in the General section.\n"
+                                                 "Remote programming will not be available without an Access Code.";
 bool MissingAccessCode(const GeneralRecord& gen);
 
 class ProgrammingSession {
@@ -68,8 +67,12 @@ class ProgrammingSession {
     ProgrammingSession(Workspace& workspace, Transport& transport, Prompter& prompter);
     ~ProgrammingSession();
 
-    // Where the vocabulary file is looked for first.
+    // Where the vocabulary file is looked for first, and under what name.
     std::filesystem::path programDirectory = ".";
+    std::string defaultVocabularyFile = kDefaultVocabularyFile;
+    // Off when the questions before a database write have been asked already
+    // (the modem link asks them before it dials).
+    bool askWarnings = true;
 
     // Every text change, as it happens (the window repaints, the CLI prints).
     std::function<void(SessionLine, const std::string&)> onText;

@@ -20,6 +20,11 @@ struct LinkTiming {
     Millis writeSlack = 500;        // a write may take its length in ms plus this
     Millis byteTimeout = 1000;      // silence after a byte that ends a reply
     Millis firstByteTimeout = 1000; // silence before the first byte of a reply
+    // Before the first byte of a reply to a packet (sent or asked for), which
+    // may take the far end longer to start.
+    Millis dwellFirstByteTimeout = 1000;
+    // What is purged before each request.
+    Purge beforeRequest = Purge::Receive;
 };
 
 struct OpenResult {
