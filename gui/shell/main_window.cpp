@@ -368,7 +368,8 @@ void Main::addToolCommands()
 void Main::CmProgram()
 {
     PgmDialog dialog(space, *activePrompter, this);
-    dialog.session().openGeneralEditor = [this] { CmGeneral(); };
+    // In Basic mode the codes live in System Settings, the editor that mode shows.
+    dialog.session().openGeneralEditor = [this] { space.basicMode() ? CmSimGen() : CmGeneral(); };
     dialog.session().openSummary = [this] { showSummary(Category::Warnings); };
     dialog.exec();
     updateCommands();

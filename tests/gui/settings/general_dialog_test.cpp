@@ -86,27 +86,31 @@ TEST_F(GeneralDialogTest, ARefusalKeepsTheDialogOpenOnTheOffendingOutput)
     EXPECT_TRUE(prompter.finished());
 }
 
-TEST_F(GeneralDialogTest, ProgramsWriteOpensTheEditorWhenTheAccessCodeIsMissing)
+TEST_F(GeneralDialogTest, ProgramsWriteOpensTheEditorOfTheModeWhenTheAccessCodeIsMissing)
 {
-    space.image.gen.accessCode[0] = 0;
-    space.image.gen.securityLevel = 1;
-    prompter.expectPrefix("The Access Code has not been entered in the General section.", Answer::Yes)
-        .expect("Do you want to continue with programming?", Answer::No);
-    bool generalShown = false;
-    whenDialogOpens([&](QDialog* program) {
-        whenDialogOpens([&](QDialog* general) {
-            generalShown = general->objectName() == "GeneralDialog";
-            child<QLineEdit>(general, "accessCodeEdit")->setText("4321");
-            child<QPushButton>(general, "okButton")->click();
+    for (const auto& [basic, editorName] : {std::pair{false, "GeneralDialog"}, std::pair{true, "simGenDialog"}}) {
+        space.image.gen.basicMode = basic;
+        space.image.gen.accessCode[0] = 0;
+        space.image.gen.securityLevel = 1;
+        main->updateCommands();
+        prompter.expectPrefix("The Access Code has not been entered in the General section.", Answer::Yes)
+            .expect("Do you want to continue with programming?", Answer::No);
+        QString shown;
+        whenDialogOpens([&](QDialog* program) {
+            whenDialogOpens([&](QDialog* general) {
+                shown = general->objectName();
+                child<QLineEdit>(general, "accessCodeEdit")->setText("4321");
+                child<QPushButton>(general, "okButton")->click();
+            });
+            child<QPushButton>(program, "sendDataButton")->click();
+            child<QPushButton>(program, "doneButton")->click();
         });
-        child<QPushButton>(program, "sendDataButton")->click();
-        child<QPushButton>(program, "doneButton")->click();
-    });
-    action("actionProgram")->trigger();
+        action("actionProgram")->trigger();
 
-    EXPECT_TRUE(generalShown);
-    EXPECT_EQ(space.image.gen.accessCode, (DtmfCode{'4', '3', '2', '1', 0, 0, 0, 0}));
-    EXPECT_TRUE(prompter.finished());
+        EXPECT_EQ(shown, editorName);
+        EXPECT_EQ(space.image.gen.accessCode, (DtmfCode{'4', '3', '2', '1', 0, 0, 0, 0})) << editorName;
+        EXPECT_TRUE(prompter.finished()) << editorName;
+    }
 }
 
 } // namespace
