@@ -8,6 +8,7 @@
 #include "core/link/memory_transport.h"
 #include "core/link/serial_transport.h"
 #include "core/link/simulated_unit.h"
+#include "sim/common/pseudo_terminal.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -24,10 +25,6 @@ namespace {
 
 using namespace rk4;
 using namespace rk4::link;
-
-volatile std::sig_atomic_t stopRequested = 0;
-
-void requestStop(int) { stopRequested = 1; }
 
 const char kUsage[] = "usage: rk4-unitsim [options]\n"
                       "  --product NAME      product name in the version reply (7 characters, default RK4-CEL)\n"
@@ -135,36 +132,6 @@ std::string commandName(std::uint8_t code)
     }
 }
 
-// The master side of a new pseudo-terminal and a held-open slave, so the
-// master never sees a hang-up between two programmer sessions.
-struct Terminal {
-    int master = -1;
-    int slave = -1;
-    std::string path;
-};
-
-std::optional<Terminal> openTerminal()
-{
-    Terminal terminal;
-    terminal.master = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (terminal.master < 0 || ::grantpt(terminal.master) < 0 || ::unlockpt(terminal.master) < 0)
-        return std::nullopt;
-    const char* name = ::ptsname(terminal.master);
-    if (!name)
-        return std::nullopt;
-    terminal.path = name;
-    terminal.slave = ::open(name, O_RDWR | O_NOCTTY);
-    if (terminal.slave < 0)
-        return std::nullopt;
-    // Raw from the start: no echo of the programmer's bytes, no line editing.
-    termios settings{};
-    ::tcgetattr(terminal.slave, &settings);
-    ::cfmakeraw(&settings);
-    ::tcsetattr(terminal.slave, TCSANOW, &settings);
-    ::fcntl(terminal.master, F_SETFL, ::fcntl(terminal.master, F_GETFL) | O_NONBLOCK);
-    return terminal;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -173,17 +140,13 @@ int main(int argc, char** argv)
     if (!arguments)
         return 2;
 
-    auto terminal = openTerminal();
+    auto terminal = sim::openPseudoTerminal();
     if (!terminal) {
         std::cerr << "rk4-unitsim: cannot create a pseudo-terminal: " << std::strerror(errno) << "\n";
         return 1;
     }
 
-    struct sigaction action {};
-    action.sa_handler = requestStop;
-    ::sigaction(SIGINT, &action, nullptr);
-    ::sigaction(SIGTERM, &action, nullptr);
-    std::signal(SIGPIPE, SIG_IGN);
+    sim::stopOnSignals();
 
     SteadyClock clock;
     FdTransport master(terminal->master);
@@ -216,7 +179,7 @@ int main(int argc, char** argv)
               << terminal->path << (arguments->pace ? " at 9600 baud" : "") << "\n";
 
     std::size_t logged = 0;
-    while (!stopRequested) {
+    while (!sim::stopRequested()) {
         unit.poll(clock.now());
         const bool sending = !line.allSent();
         for (; logged < unit.requests().size(); ++logged)
@@ -226,6 +189,6 @@ int main(int argc, char** argv)
         ::poll(&watch, 1, sending || paced ? 1 : 50);
     }
     std::cerr << "rk4-unitsim: stopped\n";
-    ::close(terminal->slave);
+    sim::closePseudoTerminal(*terminal);
     return 0;
 }
