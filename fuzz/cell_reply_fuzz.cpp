@@ -2,52 +2,28 @@
 // to a whole read sequence, so echoes, stray lines, long lines and damaged
 // replies all reach the line assembly and every reply reader.
 
+#include "fuzz/fuzz_peer.h"
 #include "fuzz/fuzz_target.h"
 
 #include "core/cellular/cell_session.h"
 
 #include <algorithm>
-#include <deque>
 
 namespace {
 
 using namespace rk4::cellular;
 
-class ReplyingModule final : public rk4::link::Transport {
+class ReplyingModule final : public rk4::fuzz::FuzzPeer {
   public:
-    ReplyingModule(const std::uint8_t* data, std::size_t size) : data(data), size(size) {}
-
-    rk4::link::OpenResult open() override { return {true, {}}; }
-    bool isOpen() const override { return true; }
-    void close() override {}
-    bool write(std::span<const std::uint8_t>) override
-    {
-        const std::uint8_t* end = std::find(data + offset, data + size, 0xFF);
-        inbox.insert(inbox.end(), data + offset, end);
-        offset = std::min<std::size_t>(size, static_cast<std::size_t>(end - data) + 1);
-        return true;
-    }
-    bool allSent() override { return true; }
-    std::size_t read(std::span<std::uint8_t> buffer) override
-    {
-        const std::size_t count = std::min(buffer.size(), inbox.size());
-        std::copy_n(inbox.begin(), count, buffer.begin());
-        inbox.erase(inbox.begin(), inbox.begin() + static_cast<std::ptrdiff_t>(count));
-        return count;
-    }
-    void purge(rk4::link::Purge) override { inbox.clear(); }
+    using FuzzPeer::FuzzPeer;
 
   private:
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t offset = 0;
-    std::deque<std::uint8_t> inbox;
-};
-
-class SilentPrompter final : public rk4::Prompter {
-  public:
-    rk4::Answer ask(const rk4::Message&) override { return rk4::Answer::Ok; }
-    std::optional<std::string> chooseFile(const rk4::FileRequest&) override { return std::nullopt; }
+    void answer() override
+    {
+        const std::uint8_t* end = std::find(next(), next() + left(), 0xFF);
+        say(static_cast<std::size_t>(end - next()));
+        skip(1);
+    }
 };
 
 void checkReadings(const CellReadings& readings)
@@ -86,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // A whole read sequence; it ends by its own retry counts.
     ReplyingModule module(data, size);
-    SilentPrompter prompter;
+    rk4::fuzz::SilentPrompter prompter(rk4::Answer::Ok);
     CellPhoneSession session(module, prompter);
     rk4::Millis now = 0;
     session.CmStartReading(now);

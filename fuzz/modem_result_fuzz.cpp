@@ -2,51 +2,31 @@
 // drives the line through finding the modem, opening it, a call and its
 // drop. Lines stay bounded, and every operation ends by its own deadline.
 
+#include "fuzz/fuzz_peer.h"
 #include "fuzz/fuzz_target.h"
 
 #include "core/modem/result_reader.h"
 #include "core/modem/telephony.h"
 
 #include <algorithm>
-#include <deque>
 
 namespace {
 
 // Says the next piece of the input (its length in the first byte) after
 // every command the line sends.
-class TalkingModem final : public rk4::link::Transport {
+class TalkingModem final : public rk4::fuzz::FuzzPeer {
   public:
-    TalkingModem(const std::uint8_t* data, std::size_t size) : data(data), size(size) {}
-
-    rk4::link::OpenResult open() override { return {opened = true, {}}; }
-    bool isOpen() const override { return opened; }
-    void close() override { opened = false; }
-    bool write(std::span<const std::uint8_t>) override
-    {
-        if (offset >= size)
-            return true;
-        const std::size_t length = std::min<std::size_t>(data[offset], size - offset - 1);
-        ++offset;
-        inbox.insert(inbox.end(), data + offset, data + offset + length);
-        offset += length;
-        return true;
-    }
-    bool allSent() override { return true; }
-    std::size_t read(std::span<std::uint8_t> buffer) override
-    {
-        const std::size_t count = std::min(buffer.size(), inbox.size());
-        std::copy_n(inbox.begin(), count, buffer.begin());
-        inbox.erase(inbox.begin(), inbox.begin() + static_cast<std::ptrdiff_t>(count));
-        return count;
-    }
-    void purge(rk4::link::Purge) override {}
+    TalkingModem(const std::uint8_t* data, std::size_t size) : FuzzPeer(data, size, false, false) {}
 
   private:
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t offset = 0;
-    bool opened = false;
-    std::deque<std::uint8_t> inbox;
+    void answer() override
+    {
+        if (left() == 0)
+            return;
+        const std::size_t length = next()[0];
+        skip(1);
+        say(length);
+    }
 };
 
 } // namespace
