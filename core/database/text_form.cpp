@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -694,7 +695,7 @@ std::uint16_t readTime(const YAML::Node& node, const std::string& key, TimeKind 
     float value = 0;
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (number.empty() || result.ec != std::errc() || result.ptr != number.data() + number.size() ||
-        (minutes && number.find('.') != std::string::npos))
+        !std::isfinite(value) || (minutes && number.find('.') != std::string::npos))
         refuse(node, key, "'" + text + "' is not a time");
     std::string refusal;
     const auto count = checkedCount(number, minutes, kind, &refusal);

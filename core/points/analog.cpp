@@ -1,11 +1,13 @@
 #include "core/points/analog.h"
 
+#include "core/common/numbers.h"
 #include "core/database/validators.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 
 namespace rk4 {
 
@@ -13,8 +15,8 @@ namespace {
 
 constexpr int kTopCount = 255;
 
-float number(const std::string& text) { return std::strtof(text.c_str(), nullptr); }
-int integerPart(const std::string& text) { return static_cast<int>(number(text)); }
+float number(const std::string& text) { return leadingNumber(text); }
+int integerPart(const std::string& text) { return saturatedInt(number(text)); }
 
 int placesOf(const Calibration& calib)
 {
@@ -32,7 +34,7 @@ int pow10(int places)
 // A decimal value as the texts show it, with the texts' places.
 std::string decimalText(float value, int places)
 {
-    return SetDecimal(static_cast<int>(value * static_cast<float>(pow10(places))), places);
+    return SetDecimal(saturatedInt(value * static_cast<float>(pow10(places))), places);
 }
 
 Message error(std::string text) { return Message{"Error", std::move(text), Icon::Error, Buttons::Ok}; }
@@ -76,7 +78,10 @@ int movedecimal(const std::string& text, int places)
     }
     for (int d = std::max(decimals, 0); d < places; ++d)
         digits += '0';
-    const int value = digits.empty() ? 0 : std::atoi(digits.c_str());
+    // Held at the int's limit: a field can be typed with any number of digits.
+    int value = 0;
+    for (const char digit : digits)
+        value = value > (INT_MAX - 9) / 10 ? INT_MAX : value * 10 + (digit - '0');
     return negative ? -value : value;
 }
 
@@ -94,14 +99,14 @@ int VoltsToCounts(float volts)
 {
     const float counts = volts * 0.2f * 255.0f;
     const float whole = std::floor(counts);
-    return static_cast<int>(whole) + (counts - whole > 0.499f ? 1 : 0);
+    return saturatedInt(whole) + (counts - whole > 0.499f ? 1 : 0);
 }
 
 int HysteresisCounts(int range, int percent)
 {
     const float counts = static_cast<float>(range) * static_cast<float>(percent) / 100.0f;
     const float whole = std::floor(counts);
-    return static_cast<int>(whole) + (counts - whole > 0.5f ? 1 : 0);
+    return saturatedInt(whole) + (counts - whole > 0.5f ? 1 : 0);
 }
 
 AnalogRoutines::AnalogRoutines(PointRecord& point, bool volts) : point(point), voltsEntry(volts) { AlarmtoCalib(); }
@@ -129,10 +134,7 @@ float AnalogRoutines::rawCounts(float value) const
     return binaryMinimum + (value - decimalMinimum) * (binaryMaximumCounts() - binaryMinimum) / decimalRange;
 }
 
-int AnalogRoutines::Find2Value(float value) const
-{
-    return std::min(static_cast<int>(rawCounts(value)), kTopCount);
-}
+int AnalogRoutines::Find2Value(float value) const { return std::min(saturatedInt(rawCounts(value)), kTopCount); }
 
 float AnalogRoutines::FindValue(int counts) const
 {
@@ -164,7 +166,7 @@ void AnalogRoutines::FindPercent()
 void AnalogRoutines::FixHyst()
 {
     calib.hysteresisPercent = kHysteresisPercent[calib.hysteresisIndex];
-    const int range = static_cast<int>(binaryMaximumCounts() - binaryMinimumCounts());
+    const int range = saturatedInt(binaryMaximumCounts() - binaryMinimumCounts());
     const int h = HysteresisCounts(range, calib.hysteresisPercent);
     const int places = placesOf(calib);
     calib.lowReset = decimalText(FindValue(Find2Value(number(calib.lowSetpoint)) + h), places);
@@ -184,8 +186,8 @@ void AnalogRoutines::setVolts(bool volts)
 {
     if (volts == voltsEntry)
         return;
-    const int minimum = static_cast<int>(binaryMinimumCounts());
-    const int maximum = static_cast<int>(binaryMaximumCounts());
+    const int minimum = saturatedInt(binaryMinimumCounts());
+    const int maximum = saturatedInt(binaryMaximumCounts());
     voltsEntry = volts;
     calib.binaryMinimum = binaryText(minimum);
     calib.binaryMaximum = binaryText(maximum);
@@ -242,7 +244,7 @@ CalibCheck AnalogRoutines::CheckError(Prompter& prompter) const
         {&calib.highSetpoint, {"High Setpoint", CalibField::HighSetpoint}},
     };
     for (const auto& [text, which] : setpoints) {
-        const int counts = static_cast<int>(rawCounts(number(*text)));
+        const int counts = saturatedInt(rawCounts(number(*text)));
         if (counts < 0)
             return refuse(std::string(which.first) + " is too small.  It must be greater than " + bottom, which.second);
         if (counts >= 256)
@@ -263,7 +265,7 @@ CalibCheck AnalogRoutines::CheckError(Prompter& prompter) const
     if (integerPart(calib.decimalMinimum) < -999)
         return refuse("The Decimal Minimum value cannot be less than -999.9.", CalibField::DecimalMinimum);
 
-    const int range = static_cast<int>(binaryMaximumCounts() - binaryMinimumCounts());
+    const int range = saturatedInt(binaryMaximumCounts() - binaryMinimumCounts());
     const int h = HysteresisCounts(range, kHysteresisPercent[calib.hysteresisIndex]);
     if (Find2Value(number(calib.highSetpoint)) - h < Find2Value(number(calib.lowSetpoint)))
         return refuse("The high alarm reset value will be less than the low setpoint.  Reduce hysteresis or change "
@@ -275,15 +277,15 @@ CalibCheck AnalogRoutines::CheckError(Prompter& prompter) const
 void AnalogRoutines::CalibtoAlarm()
 {
     const int places = placesOf(calib);
-    const int binaryMinimum = static_cast<int>(binaryMinimumCounts());
-    const int binaryMaximum = static_cast<int>(binaryMaximumCounts());
+    const int binaryMinimum = saturatedInt(binaryMinimumCounts());
+    const int binaryMaximum = saturatedInt(binaryMaximumCounts());
     const int decimalMaximum = movedecimal(calib.decimalMaximum, places);
     const int decimalMinimum = movedecimal(calib.decimalMinimum, places);
     const std::uint32_t slope =
         binaryMaximum == binaryMinimum
             ? 32767u
-            : static_cast<std::uint32_t>(static_cast<std::int64_t>(decimalMaximum - decimalMinimum) * 65536 /
-                                         (binaryMaximum - binaryMinimum));
+            : static_cast<std::uint32_t>((static_cast<std::int64_t>(decimalMaximum) - decimalMinimum) * 65536 /
+                                         (static_cast<std::int64_t>(binaryMaximum) - binaryMinimum));
 
     point.binaryMinimum = static_cast<std::uint16_t>(binaryMinimum);
     point.binaryMaximum = static_cast<std::uint16_t>(binaryMaximum);
@@ -297,7 +299,8 @@ void AnalogRoutines::CalibtoAlarm()
     point.highSetpoint = static_cast<std::uint16_t>(high);
     point.lowSetpointDecimal = static_cast<std::uint16_t>(movedecimal(calib.lowSetpoint, places));
     point.highSetpointDecimal = static_cast<std::uint16_t>(movedecimal(calib.highSetpoint, places));
-    const int h = HysteresisCounts(binaryMaximum - binaryMinimum, kHysteresisPercent[calib.hysteresisIndex]);
+    const int h = HysteresisCounts(saturatedInt(static_cast<double>(binaryMaximum) - binaryMinimum),
+                                   kHysteresisPercent[calib.hysteresisIndex]);
     point.lowReset = static_cast<std::uint16_t>(low + h);
     point.highReset = static_cast<std::uint16_t>(high - h);
     point.decimalPlaces = static_cast<std::uint8_t>((point.decimalPlaces & 0xF0) | places);

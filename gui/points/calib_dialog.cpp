@@ -1,5 +1,6 @@
 #include "gui/points/calib_dialog.h"
 
+#include "core/common/numbers.h"
 #include "core/database/file.h"
 #include "core/shell/workspace.h"
 
@@ -19,15 +20,8 @@
 #include <QWhatsThis>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace rk4::gui {
-
-namespace {
-
-float value(const std::string& text) { return std::strtof(text.c_str(), nullptr); }
-
-} // namespace
 
 CalibPlot::CalibPlot(const AnalogRoutines& analog, QWidget* parent) : QWidget(parent), analog(analog)
 {
@@ -51,8 +45,8 @@ void CalibPlot::paintEvent(QPaintEvent*)
     // The value range shown: the scaling line over 0..255, the setpoints included.
     const float atZero = analog.FindValue(0);
     const float atTop = analog.FindValue(255);
-    const float low = value(analog.calib.lowSetpoint);
-    const float high = value(analog.calib.highSetpoint);
+    const float low = leadingNumber(analog.calib.lowSetpoint);
+    const float high = leadingNumber(analog.calib.highSetpoint);
     float lowest = std::min({atZero, atTop, low, high});
     float highest = std::max({atZero, atTop, low, high});
     if (highest - lowest < 1e-6f)
@@ -81,8 +75,8 @@ void CalibPlot::paintEvent(QPaintEvent*)
     }
 
     // Bands between each setpoint and its reset level.
-    const float lowResetValue = value(analog.calib.lowReset);
-    const float highResetValue = value(analog.calib.highReset);
+    const float lowResetValue = leadingNumber(analog.calib.lowReset);
+    const float highResetValue = leadingNumber(analog.calib.highReset);
     auto band = [&](float from, float to, QColor color) {
         color.setAlpha(60);
         const float top = y(std::max(from, to));

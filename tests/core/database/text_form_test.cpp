@@ -175,6 +175,8 @@ TEST(TextForm, RefusesABadValueNamingItsLineAndKey)
     const Case cases[] = {
         {"inputs:", "debounce: 0.050 s", "debounce: 2000 s", "inputs.1.debounce",
          "The debounce interval cannot be more than 1638 sec."},
+        {"inputs:", "debounce: 0.050 s", "debounce: nan s", "inputs.1.debounce", "'nan s' is not a time"},
+        {"inputs:", "debounce: 0.050 s", "debounce: inf s", "inputs.1.debounce", "'inf s' is not a time"},
         {"inputs:", "timer: 15 min", "timer: 0 min", "inputs.3.timer",
          "The watchdog interval cannot be less than 1 min."},
         {"groups:", "enabled: yes", "enabled: yes\n    colour: red", "groups.1.colour", "unknown key 'colour'"},

@@ -147,6 +147,9 @@ TEST(AnalogRoutines, CheckErrorRefusesInItsOrder)
          CalibField::DecimalMaximum},
         {[](Calibration& c) { c.decimalMinimum = "-1000"; }, "The Decimal Minimum value cannot be less than -999.9.",
          CalibField::DecimalMinimum},
+        // More digits than a float holds are still just too large.
+        {[](Calibration& c) { c.decimalMaximum = std::string(40, '9'); },
+         "The Decimal Maximum value cannot be greater than 999.9.", CalibField::DecimalMaximum},
         {[](Calibration& c) { c.lowSetpoint = "45"; c.highSetpoint = "55"; c.hysteresisIndex = 9; },
          "The high alarm reset value will be less than the low setpoint.  Reduce hysteresis or change setpoints.",
          CalibField::Hysteresis},
