@@ -1,12 +1,17 @@
 #include "gui/report/printout_win.h"
 
+#include "core/common/safe_file.h"
+#include "core/database/file.h"
+
 #include <QAction>
+#include <QBuffer>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPageSetupDialog>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -47,7 +52,7 @@ void drawSummaryPage(QPainter& painter, const SummaryPage& page, const QRect& ar
     }
 }
 
-void printSummaryPages(QPrinter& printer, const std::vector<SummaryPage>& pages)
+void printSummaryPages(QPagedPaintDevice& printer, const std::vector<SummaryPage>& pages)
 {
     QPainter painter(&printer);
     const QRect area = painter.viewport();
@@ -274,12 +279,21 @@ void PrintoutWin::CmExportPdf()
     const auto path = prompter.chooseFile({FileMode::Save, "Export PDF", "PDF files (*.pdf)", "pdf", "summary.pdf"});
     if (!path)
         return;
-    QPrinter pdf(QPrinter::HighResolution);
-    pdf.setOutputFormat(QPrinter::PdfFormat);
-    pdf.setOutputFileName(QString::fromStdString(*path));
-    pdf.setDocName("PRINTOUT");
-    pdf.setPageLayout(printer().pageLayout());
-    printSummaryPages(pdf, printout.allPages());
+    // Drawn in memory and saved like every other file, so a link is written
+    // through and a device or a folder is refused rather than replaced.
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter pdf(&bytes);
+        pdf.setTitle("PRINTOUT");
+        pdf.setPageLayout(printer().pageLayout());
+        printSummaryPages(pdf, printout.allPages());
+    }
+    const QByteArray& data = bytes.data();
+    const SaveResult saved = writeFileAtomically(
+        *path, std::span(reinterpret_cast<const std::uint8_t*>(data.constData()), static_cast<std::size_t>(data.size())));
+    if (!saved)
+        prompter.fileError(kCannotOpenFile, *path + ": " + saved.cause());
 }
 
 } // namespace rk4::gui

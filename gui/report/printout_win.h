@@ -12,6 +12,7 @@
 
 class QAction;
 class QMenuBar;
+class QPagedPaintDevice;
 class QPainter;
 class QPrinter;
 class QScrollArea;
@@ -22,8 +23,8 @@ namespace rk4::gui {
 // the painter's device (8 points: 8 * pixels-per-inch / 72 pixels high).
 void drawSummaryPage(QPainter& painter, const SummaryPage& page, const QRect& area);
 
-// Draws every page on the printer, one sheet each.
-void printSummaryPages(QPrinter& printer, const std::vector<SummaryPage>& pages);
+// Draws every page on the printer or PDF writer, one sheet each.
+void printSummaryPages(QPagedPaintDevice& printer, const std::vector<SummaryPage>& pages);
 
 class PageView;
 

@@ -91,5 +91,25 @@ TEST_F(PrintoutWinTest, ExportsThePagesAsAPdfAndTheProgrammingQuestionOpensTheWa
     EXPECT_EQ(title(window), "Warnings - Page 1");
 }
 
+TEST_F(PrintoutWinTest, APdfIsSavedThroughALinkAndNeverOverAFolder)
+{
+    PrintoutWin* window = openSummary();
+    ASSERT_NE(window, nullptr);
+    std::filesystem::create_directory(dir / "reports");
+    std::filesystem::create_symlink("reports/latest.pdf", dir / "latest.pdf");
+    prompter.fileChoice((dir / "latest.pdf").string());
+    action(window, "actionExportPdf")->trigger();
+    EXPECT_TRUE(std::filesystem::is_symlink(dir / "latest.pdf"));
+    std::ifstream in(dir / "reports" / "latest.pdf", std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    EXPECT_EQ(bytes.rfind("%PDF", 0), 0u);
+    EXPECT_TRUE(prompter.messages().empty());
+
+    prompter.fileChoice((dir / "reports").string());
+    action(window, "actionExportPdf")->trigger();
+    EXPECT_TRUE(prompter.saw(" CANNOT OPEN FILE "));
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "reports"));
+}
+
 } // namespace
 } // namespace rk4::gui
