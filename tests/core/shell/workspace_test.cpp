@@ -127,7 +127,7 @@ TEST_F(WorkspaceTest, StartUpReadsAWrongSizedFileAndSaysItHadTheWrongSize)
     EXPECT_EQ(std::filesystem::file_size(dir / "Rk4.dat"), 100u) << "not rewritten at start-up";
 }
 
-TEST_F(WorkspaceTest, ASaveThatDoesNotHappenStopsOpen)
+TEST_F(WorkspaceTest, ASaveThatDoesNotHappenStopsOpenAndClose)
 {
     space.InitFile(prompter);
     writeImage("other.dat", basicImage());
@@ -147,6 +147,12 @@ TEST_F(WorkspaceTest, ASaveThatDoesNotHappenStopsOpen)
     EXPECT_EQ(space.image.gen.name[0], 'E');
     EXPECT_TRUE(space.DatabaseChanged);
     EXPECT_FALSE(space.basicMode());
+
+    // Closing over a save that fails keeps the window and its changes.
+    space.workingFile = (dir / "taken.dat").string();
+    prompter.expect(kSaveBeforeClosing, Answer::Yes);
+    EXPECT_FALSE(space.CanClose(prompter));
+    EXPECT_TRUE(space.DatabaseChanged);
 }
 
 TEST_F(WorkspaceTest, OpenRefusesWrongSizesAndKeepsTheImage)
