@@ -11,8 +11,9 @@ using link::TransferKind;
 
 namespace {
 
-// The voices stream through voice.tmp in the current directory, as in the
-// window; the named file takes the place of the save dialog.
+// The voices stream into a private staging file beside the named file, which
+// takes the place of the window's save dialog and is replaced only when the
+// whole store has arrived.
 int readVoices(const FileTransfer& options, Context& context)
 {
     const std::filesystem::path target = std::filesystem::absolute(options.file);

@@ -458,9 +458,12 @@ TEST_F(SessionTest, TwoVoiceReadsInOneFolderEachKeepTheirOwnVoicesAndLeaveNothin
     otherPort.unit().store.voices = second;
     ScriptedPrompter otherPrompter;
     ProgrammingSession other(space, otherPort, otherPrompter);
-    otherPrompter.fileChoice((dir / "second.msg").string()); // asked for once its voices are in
+    // As in the window: each file is asked for once its voices are in, so
+    // both wait in the working folder.
+    prompter.fileChoice((dir / "first.msg").string());
+    otherPrompter.fileChoice((dir / "second.msg").string());
 
-    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now(), dir / "first.msg"));
+    ASSERT_TRUE(session->Receive(TransferKind::Voices, clock.now()));
     ASSERT_TRUE(other.Receive(TransferKind::Voices, clock.now()));
     std::size_t stagingFiles = 0;
     for (int guard = 0; guard < 400000 && (session->running() || other.running()); ++guard) {
