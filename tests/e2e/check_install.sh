@@ -3,7 +3,8 @@
 set -euo pipefail
 build="$1"
 stage="$(mktemp -d)"
-trap 'rm -rf "$stage"' EXIT
+direct="$(mktemp -d)"
+trap 'rm -rf "$stage" "$direct"' EXIT
 DESTDIR="$stage" cmake --install "$build" --prefix /usr >/dev/null
 for file in usr/bin/rk4prog usr/bin/rk4 usr/bin/rk4-unitsim usr/share/applications/rk4prog.desktop \
             usr/share/mime/packages/rk4prog-data.xml usr/share/icons/hicolor/scalable/apps/rk4prog.svg; do
@@ -21,4 +22,10 @@ fi
 if command -v update-mime-database >/dev/null; then
   update-mime-database "$stage/usr/share/mime" >/dev/null
   grep -q 'application/x-rk4-data' "$stage/usr/share/mime/globs2"
+fi
+# Without DESTDIR the cache is brought up to date where the files went: under
+# the prefix given to the install, not the one the build was configured with.
+if command -v update-mime-database >/dev/null; then
+  cmake --install "$build" --prefix "$direct" >/dev/null
+  [ -e "$direct/share/mime/mime.cache" ] || { echo "the install did not update the MIME cache under its prefix"; exit 1; }
 fi
