@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <csignal>
+#include <cstring>
 #include <ostream>
 
 namespace rk4::cli {
@@ -20,6 +22,40 @@ namespace {
 
 constexpr const char* kSimulatedPort = "sim";
 constexpr unsigned kSimulatedBaud = 9600;
+
+volatile std::sig_atomic_t stopSignal = 0;
+
+extern "C" void noteStopSignal(int signal) { stopSignal = signal; }
+
+// While a transfer runs, Ctrl-C, a closed terminal or a terminate request
+// stops it between two steps, so the session ends as after a failure and
+// removes what it staged, instead of the process dying with a half-read store
+// beside its target.
+class StopOnSignals {
+  public:
+    StopOnSignals()
+    {
+        stopSignal = 0;
+        struct sigaction action {};
+        action.sa_handler = noteStopSignal;
+        sigemptyset(&action.sa_mask);
+        for (std::size_t i = 0; i < kSignals.size(); ++i)
+            ::sigaction(kSignals[i], &action, &previous[i]);
+    }
+    ~StopOnSignals()
+    {
+        for (std::size_t i = 0; i < kSignals.size(); ++i)
+            ::sigaction(kSignals[i], &previous[i], nullptr);
+    }
+    StopOnSignals(const StopOnSignals&) = delete;
+    StopOnSignals& operator=(const StopOnSignals&) = delete;
+
+    static int caught() { return stopSignal; }
+
+  private:
+    static constexpr std::array<int, 3> kSignals{SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, 3> previous{};
+};
 
 // A serial port or any terminal device, on the real clock.
 class SerialLine final : public UnitLine {
@@ -281,11 +317,12 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
 
     context.err << "Port: " << line.description() << "\n";
     const Clock& clock = line.clock();
+    const StopOnSignals stop;
     if (!start(session, clock.now())) {
         printer.finish();
         return false;
     }
-    while (session.running()) {
+    while (session.running() && !StopOnSignals::caught()) {
         session.poll(clock.now());
         if (!session.running())
             break;
@@ -293,6 +330,10 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
         line.waitUntil(session.nextPollAt(clock.now()));
     }
     printer.finish();
+    if (const int signal = StopOnSignals::caught(); signal != 0 && session.running()) {
+        context.err << "Stopped (" << ::strsignal(signal) << ")\n";
+        return false; // the session, going, takes its staging file with it
+    }
     // The window would beep until clicked; a terminal gets one bell.
     if (session.attention() && context.interactiveTerminal)
         context.err << '\a' << std::flush;

@@ -6,8 +6,9 @@ if(TARGET rk4-unitsim)
   target_compile_definitions(rk4_cli_unitsim_tests PRIVATE RK4_UNITSIM="$<TARGET_FILE:rk4-unitsim>"
                                                             RK4_PROGRAM="$<TARGET_FILE:rk4>")
   add_dependencies(rk4_cli_unitsim_tests rk4-unitsim rk4)
-  # Two entries so that ctest -j can run the clean and the faulty line side by side.
+  # Separate entries so that ctest -j can run them side by side.
   add_test(NAME cli_unitsim_clean COMMAND rk4_cli_unitsim_tests --gtest_filter=*Clean*)
   add_test(NAME cli_unitsim_faults COMMAND rk4_cli_unitsim_tests --gtest_filter=*Fault*)
-  set_tests_properties(cli_unitsim_clean cli_unitsim_faults PROPERTIES TIMEOUT 120)
+  add_test(NAME cli_unitsim_interrupt COMMAND rk4_cli_unitsim_tests --gtest_filter=*Interrupted*)
+  set_tests_properties(cli_unitsim_clean cli_unitsim_faults cli_unitsim_interrupt PROPERTIES TIMEOUT 120)
 endif()

@@ -8,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fcntl.h>
 #include <fstream>
+#include <functional>
 #include <random>
 #include <sstream>
 
@@ -32,8 +34,9 @@ struct ProgramRun {
     std::string err;
 };
 
-// Runs the built rk4 program in `directory` with its output in files.
-ProgramRun runProgram(const std::filesystem::path& directory, std::vector<std::string> args)
+// Starts the built rk4 program in `directory` with its output in files; -1
+// when it could not be started.
+pid_t startProgram(const std::filesystem::path& directory, std::vector<std::string> args)
 {
     const auto outFile = directory / "rk4.out", errFile = directory / "rk4.err";
     posix_spawn_file_actions_t actions;
@@ -42,21 +45,28 @@ ProgramRun runProgram(const std::filesystem::path& directory, std::vector<std::s
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     args.insert(args.begin(), RK4_PROGRAM);
     const auto argv = argvOf(args);
-    ProgramRun run;
     pid_t pid = -1;
-    // The program finds rk4.cfg and writes voice.tmp in its working directory.
+    // The program finds rk4.cfg in its working directory.
     const auto previous = std::filesystem::current_path();
     std::filesystem::current_path(directory);
     const int spawned = ::posix_spawn(&pid, RK4_PROGRAM, &actions, nullptr, argv.data(), environ);
     std::filesystem::current_path(previous);
     posix_spawn_file_actions_destroy(&actions);
-    if (spawned != 0)
+    return spawned == 0 ? pid : -1;
+}
+
+// Runs the built rk4 program in `directory` to its end.
+ProgramRun runProgram(const std::filesystem::path& directory, std::vector<std::string> args)
+{
+    ProgramRun run;
+    const pid_t pid = startProgram(directory, std::move(args));
+    if (pid < 0)
         return run;
     int status = 0;
     ::waitpid(pid, &status, 0);
     run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = contents(outFile);
-    run.err = contents(errFile);
+    run.out = contents(directory / "rk4.out");
+    run.err = contents(directory / "rk4.err");
     return run;
 }
 
@@ -122,4 +132,50 @@ TEST(CommandLineOverPty, FaultyLineStillCarriesTheImageWithNoiseNaksAndACorruptR
     expectRoundTrip({"--fault", "nak:packet:0:2", "--fault", "crc:packet:3:1", "--fault", "crc:packet:6:1", "--fault",
                      "silence:read-database:0:1", "--fault", "noise:any:0:0"},
                     "No response - retry 1\n");
+}
+
+TEST(CommandLineOverPty, AnInterruptedVoiceReadStopsAndLeavesNothingBesideItsTarget)
+{
+    test::TempDir dir;
+    std::filesystem::create_directory(dir / "unit");
+    // At the pace of a real line a store this size takes minutes to read.
+    std::ofstream(dir / "unit" / "voices.msg", std::ios::binary) << std::string(100 * 4096, '\x11');
+    test::UnitSim sim({"--voices", (dir / "unit" / "voices.msg").string(), "--pace"});
+    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
+
+    const pid_t pid = startProgram(dir.path(), {"read-voices", "out.msg", "--port", sim.device});
+    ASSERT_GT(pid, 0);
+    const auto staged = [&] {
+        for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+            if (entry.path().filename().string().starts_with("out.msg."))
+                return true;
+        return false;
+    };
+    // Waits for a condition for up to 30 s, looking every 20 ms.
+    const auto within30s = [](const std::function<bool()>& done) {
+        for (int i = 0; i < 1500; ++i) {
+            if (done())
+                return true;
+            ::usleep(20000);
+        }
+        return false;
+    };
+    const bool started = within30s(staged);
+    ::kill(pid, SIGINT);
+    int status = 0;
+    const bool ended = within30s([&] { return ::waitpid(pid, &status, WNOHANG) == pid; });
+    if (!ended) {
+        ::kill(pid, SIGKILL);
+        ::waitpid(pid, &status, 0);
+    }
+    ASSERT_TRUE(started) << "the read never staged its voices";
+    ASSERT_TRUE(ended) << "Ctrl-C did not stop the read";
+    ASSERT_TRUE(WIFEXITED(status)) << "died of its signal instead of stopping";
+    EXPECT_EQ(WEXITSTATUS(status), 1);
+    EXPECT_NE(contents(dir / "rk4.err").find("Stopped (Interrupt)\n"), std::string::npos) << contents(dir / "rk4.err");
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"rk4.err", "rk4.out", "unit"}));
 }
