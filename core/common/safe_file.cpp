@@ -269,8 +269,7 @@ void removeStaleTemporaries(const fs::path& target)
     const fs::path resolved = saveTargetOf(target);
     const std::string name = resolved.filename().string();
     std::error_code error;
-    for (fs::directory_iterator entry(folderOf(resolved), error), end; !error && entry != end;
-         entry.increment(error)) {
+    for (fs::directory_iterator entry(folderOf(resolved), error), end; !error && entry != end; entry.increment(error)) {
         const long owner = temporaryOwner(entry->path().filename().string(), name);
         if (owner != 0 && processIsGone(owner) && fs::is_regular_file(entry->symlink_status()))
             fs::remove(entry->path(), error);
@@ -286,7 +285,7 @@ std::string FileRead::cause() const
     return std::strerror(error);
 }
 
-FileRead readFileBytes(const fs::path& path)
+FileRead readFileBytes(const fs::path& path, std::uint64_t limit)
 {
     FileRead read;
     // Non-blocking, so naming a FIFO refuses it instead of waiting for a writer.
@@ -299,6 +298,11 @@ FileRead readFileBytes(const fs::path& path)
     if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
         read.error = EINVAL;
         read.kind = kindOf(info.st_mode);
+        ::close(fd);
+        return read;
+    }
+    if (static_cast<std::uint64_t>(info.st_size) > limit) {
+        read.error = EFBIG;
         ::close(fd);
         return read;
     }
@@ -315,6 +319,11 @@ FileRead readFileBytes(const fs::path& path)
         }
         if (got == 0)
             break;
+        if (read.bytes.size() + static_cast<std::size_t>(got) > limit) { // grown since it was measured
+            read.error = EFBIG;
+            read.bytes.clear();
+            break;
+        }
         read.bytes.insert(read.bytes.end(), piece.begin(), piece.begin() + got);
     }
     ::close(fd);

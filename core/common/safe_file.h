@@ -99,7 +99,9 @@ struct FileRead {
     std::string cause() const;
 };
 
-// Reads a whole regular file, saying why when it cannot.
-FileRead readFileBytes(const std::filesystem::path& path);
+// Reads a whole regular file, saying why when it cannot. A file longer than
+// `limit` is not read at all (EFBIG), so a wrong or damaged file never costs
+// an allocation of its size.
+FileRead readFileBytes(const std::filesystem::path& path, std::uint64_t limit = UINT64_MAX);
 
 } // namespace rk4
