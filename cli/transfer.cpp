@@ -248,9 +248,7 @@ void addTransferOptions(CLI::App& verb, TransferOptions& options)
     verb.add_flag("--sim-older", options.simOlder, "Answer as an older unit (the alternate link)")->group(group);
     verb.add_option("--sim-fault", options.simFaults, "Inject a fault (repeatable; see below)")
         ->group(group)
-        ->check([](const std::string& value) {
-            return parseFault(value) ? std::string() : "not a fault: " + value;
-        });
+        ->check([](const std::string& value) { return parseFault(value) ? std::string() : "not a fault: " + value; });
     verb.footer("A fault is KIND[:COMMAND[:SKIP[:TIMES]]]: KIND nak, noise, crc or silence; COMMAND version, link,\n"
                 "link-alt, write-database, write-voices, write-vocabulary, read-database, read-voices, packet, end,\n"
                 "any or a code such as 0x8a; the fault lets SKIP matching requests pass, then hits TIMES of them\n"
@@ -265,8 +263,8 @@ std::shared_ptr<FileTransfer> addFileTransferOptions(CLI::App& verb, const char*
     return options;
 }
 
-std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen,
-                                           const std::filesystem::path& workingDirectory, Context& context)
+std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen, const std::filesystem::path& workingDirectory,
+                                           Context& context)
 {
     const bool simulated = chosen.port == kSimulatedPort;
     const bool simulatorOptions = chosen.simOlder || !chosen.simFaults.empty() || !chosen.simDatabase.empty() ||
@@ -287,14 +285,23 @@ std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen,
         return std::make_unique<SimulatedLine>(std::move(options), std::move(files), context);
     }
 
+    const auto port = choosePort(chosen.port, workingDirectory, context);
+    if (!port)
+        return nullptr;
+    return std::make_unique<SerialLine>(port->path, port->description);
+}
+
+std::optional<ChosenPort> choosePort(const std::optional<std::string>& port,
+                                     const std::filesystem::path& workingDirectory, Context& context)
+{
     int slot = 0;
-    if (chosen.port) {
-        if (chosen.port->find('/') != std::string::npos)
-            return std::make_unique<SerialLine>(*chosen.port, *chosen.port);
-        const auto number = portSlotNumber(*chosen.port);
+    if (port) {
+        if (port->find('/') != std::string::npos)
+            return ChosenPort{*port, *port};
+        const auto number = portSlotNumber(*port);
         if (!number) {
-            printMessage(context.err, "Not a port: " + *chosen.port, "COM 1 .. COM 8, 1 .. 8, a device path, or sim");
-            return nullptr;
+            printMessage(context.err, "Not a port: " + *port, "COM 1 .. COM 8, 1 .. 8, a device path, or sim");
+            return std::nullopt;
         }
         slot = *number;
     } else if (const auto config = readConfigFile(workingDirectory / kConfigFile)) {
@@ -302,7 +309,7 @@ std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen,
     }
     const PortBindings bindings = PortBindings::load(portBindingsPath(workingDirectory));
     const std::string path = bindings.path(slot);
-    return std::make_unique<SerialLine>(path, portSlotName(slot) + " (" + path + ")");
+    return ChosenPort{path, portSlotName(slot) + " (" + path + ")"};
 }
 
 bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,

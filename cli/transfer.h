@@ -42,13 +42,25 @@ struct FileTransfer {
 // Declares the file (a required argument named `fileName`) and the line options.
 std::shared_ptr<FileTransfer> addFileTransferOptions(CLI::App& verb, const char* fileName, const char* description);
 
+// A serial device the technician named: its path, and how to name it in messages.
+struct ChosenPort {
+    std::string path;
+    std::string description; // "COM 3 (/dev/ttyUSB0)", or the path itself
+};
+
+// The device named by `port` (a slot such as COM3 or 3, or a device path),
+// else the slot saved in rk4.cfg in `workingDirectory` (COM 1 when there is
+// none). Nothing, with the problem printed, when `port` names no port.
+std::optional<ChosenPort> choosePort(const std::optional<std::string>& port,
+                                     const std::filesystem::path& workingDirectory, Context& context);
+
 class UnitLine {
   public:
     // The line named by --port, else the slot saved in rk4.cfg in
     // `workingDirectory` (COM 1 when there is none). Nothing, with the problem
     // printed, when the arguments do not name a port.
-    static std::unique_ptr<UnitLine> choose(const TransferOptions& options, const std::filesystem::path& workingDirectory,
-                                            Context& context);
+    static std::unique_ptr<UnitLine> choose(const TransferOptions& options,
+                                            const std::filesystem::path& workingDirectory, Context& context);
     virtual ~UnitLine() = default;
 
     virtual link::Transport& transport() = 0;

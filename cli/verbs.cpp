@@ -26,6 +26,7 @@ VerbBody addImportVerb(CLI::App&, Context&);
 VerbBody addDiffVerb(CLI::App&, Context&);
 VerbBody addCheckBasicVerb(CLI::App&, Context&);
 VerbBody addToBasicVerb(CLI::App&, Context&);
+VerbBody addCellVerb(CLI::App&, Context&);
 
 namespace {
 
@@ -50,6 +51,7 @@ constexpr AddVerb kVerbs[] = {
     addReadVoicesVerb,
     addCheckBasicVerb,
     addToBasicVerb,
+    addCellVerb,
 };
 
 constexpr int kUsageError = 2;

@@ -1,5 +1,6 @@
 #pragma once
-// rk4-unitsim as a child process for one test; its device is the first line it prints.
+// A simulated peer (rk4-unitsim, rk4-cellsim) as a child process for one
+// test; its device is the first line it prints.
 
 #include <csignal>
 #include <spawn.h>
@@ -21,9 +22,9 @@ inline std::vector<char*> argvOf(std::vector<std::string>& args)
     return argv;
 }
 
-class UnitSim {
+class SimProcess {
   public:
-    explicit UnitSim(std::vector<std::string> options)
+    SimProcess(const char* program, std::vector<std::string> options)
     {
         int out[2];
         if (::pipe(out) != 0)
@@ -32,9 +33,9 @@ class UnitSim {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
         posix_spawn_file_actions_addclose(&actions, out[0]);
-        options.insert(options.begin(), {RK4_UNITSIM, "--quiet"});
+        options.insert(options.begin(), {program, "--quiet"});
         const auto argv = argvOf(options);
-        if (::posix_spawn(&pid, RK4_UNITSIM, &actions, nullptr, argv.data(), environ) != 0)
+        if (::posix_spawn(&pid, program, &actions, nullptr, argv.data(), environ) != 0)
             pid = -1;
         posix_spawn_file_actions_destroy(&actions);
         ::close(out[1]);
@@ -43,13 +44,13 @@ class UnitSim {
             device += c;
         ::close(out[0]);
     }
-    ~UnitSim()
+    ~SimProcess()
     {
         if (pid > 0)
             stop();
     }
-    UnitSim(const UnitSim&) = delete;
-    UnitSim& operator=(const UnitSim&) = delete;
+    SimProcess(const SimProcess&) = delete;
+    SimProcess& operator=(const SimProcess&) = delete;
 
     // Stops it as an operator would and returns its exit status.
     int stop()
@@ -64,5 +65,12 @@ class UnitSim {
     pid_t pid = -1;
     std::string device;
 };
+
+#ifdef RK4_UNITSIM
+class UnitSim : public SimProcess {
+  public:
+    explicit UnitSim(std::vector<std::string> options) : SimProcess(RK4_UNITSIM, std::move(options)) {}
+};
+#endif
 
 } // namespace rk4::test
