@@ -21,6 +21,7 @@ VerbBody addVerifyVerb(CLI::App&, Context&);
 VerbBody addWriteVocabVerb(CLI::App&, Context&);
 VerbBody addWriteVoicesVerb(CLI::App&, Context&);
 VerbBody addReadVoicesVerb(CLI::App&, Context&);
+VerbBody addMsgVerb(CLI::App&, Context&);
 VerbBody addExportVerb(CLI::App&, Context&);
 VerbBody addImportVerb(CLI::App&, Context&);
 VerbBody addDiffVerb(CLI::App&, Context&);
@@ -49,6 +50,7 @@ constexpr AddVerb kVerbs[] = {
     addWriteVocabVerb,
     addWriteVoicesVerb,
     addReadVoicesVerb,
+    addMsgVerb,
     addCheckBasicVerb,
     addToBasicVerb,
     addCellVerb,

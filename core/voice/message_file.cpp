@@ -263,6 +263,8 @@ PhraseLoad PhraseSources::load(const std::string& source) const
     return readPhraseFile(source);
 }
 
+PhraseSources standardPhraseSources() { return PhraseSources(); }
+
 std::optional<SlotAssignment> parseSlotAssignment(const std::string& text, std::string& problem)
 {
     const auto equals = text.find('=');

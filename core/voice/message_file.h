@@ -110,6 +110,10 @@ class PhraseSources {
     std::map<std::string, Loader> loaders;
 };
 
+// The sources every part of the program knows: phrase files, plus each way
+// of making a phrase that registers itself here.
+PhraseSources standardPhraseSources();
+
 struct SlotAssignment {
     int slot = 0;
     std::string source;

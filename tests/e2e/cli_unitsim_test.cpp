@@ -3,12 +3,14 @@
 
 #include "core/database/database.h"
 #include "core/database/file.h"
+#include "core/voice/wave.h"
 #include "tests/e2e/unitsim_process.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
@@ -122,6 +124,37 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
 } // namespace
 
 TEST(CommandLineOverPty, CleanLineWritesAndReadsTheSameImage) { expectRoundTrip({}, ""); }
+
+TEST(CommandLineOverPty, CleanLineCarriesAMessageFileBuiltFromConvertedPhrases)
+{
+    test::TempDir dir;
+    // Three recordings of different rates and lengths, converted as a technician does.
+    const std::vector<std::tuple<std::string, std::uint32_t, double>> recordings = {
+        {"door", 8000, 0.4}, {"pump", 22050, 1.1}, {"site", 44100, 0.7}};
+    for (const auto& [name, rate, seconds] : recordings) {
+        std::vector<std::int16_t> samples(static_cast<std::size_t>(rate * seconds));
+        for (std::size_t i = 0; i < samples.size(); ++i)
+            samples[i] = static_cast<std::int16_t>(9000 * std::sin(i * 2 * M_PI * (300 + name.size() * 40) / rate));
+        ASSERT_TRUE(writeFileAtomically(dir / (name + ".wav"), waveFileBytes(samples, rate)));
+        const ProgramRun converted = runProgram(dir.path(), {"wav2vox", name + ".wav"});
+        ASSERT_EQ(converted.code, 0) << converted.err;
+    }
+    const ProgramRun built =
+        runProgram(dir.path(), {"msg", "build", "site.msg", "point1=door.vox", "group2=pump.vox", "site=site.vox"});
+    ASSERT_EQ(built.code, 0) << built.err;
+    const std::string message = contents(dir / "site.msg");
+    ASSERT_GT(message.size(), 4u * 4096);
+
+    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
+    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
+    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
+    ASSERT_EQ(write.code, 0) << write.err;
+    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
+    ASSERT_EQ(read.code, 0) << read.err;
+    EXPECT_EQ(contents(dir / "back.msg"), message);
+    const ProgramRun listed = runProgram(dir.path(), {"msg", "list", "back.msg"});
+    EXPECT_EQ(listed.code, 0) << listed.err;
+}
 
 TEST(CommandLineOverPty, FaultyLineStillCarriesTheImageWithNoiseNaksAndACorruptReply)
 {
