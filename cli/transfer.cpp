@@ -4,6 +4,8 @@
 #include "core/link/port_slots.h"
 #include "core/link/serial_transport.h"
 #include "core/link/session_driver.h"
+#include "core/modem/modem_link.h"
+#include "core/modem/simulated_modem.h"
 
 #include <CLI/CLI.hpp>
 
@@ -236,11 +238,115 @@ class ProgressPrinter {
     bool barShown = false;
 };
 
+// A distant unit through a modem on a port, or through the built-in
+// simulated modem (whose calls reach the built-in unit) in memory: dial,
+// transfer, hang up, and say each call state as it changes.
+class DialLine final : public UnitLine {
+  public:
+    DialLine(std::shared_ptr<Transport> port, std::string name, std::string number)
+        : port(std::move(port)), name(std::move(name)), number(std::move(number))
+    {}
+    // The simulated modem in memory, on a clock that runs straight to the next tick.
+    DialLine(std::string number, UnitOptions unit)
+        : port(std::shared_ptr<Transport>(&memory.tool(), [](Transport*) {})), name("the simulated modem"),
+          number(std::move(number)), simulated(std::in_place, memory.unit(), modem::ModemOptions{}, std::move(unit))
+    {}
+
+    Transport& transport() override { return *port; }
+    const Clock& clock() const override { return simulated ? static_cast<const Clock&>(manual) : steady; }
+    std::string description() const override { return name + ", dialling " + number; }
+    void waitUntil(Millis target) override
+    {
+        if (!simulated) {
+            sleepUntil(*port, steady, target);
+            return;
+        }
+        while (manual.now() < target) {
+            simulated->poll(manual.now());
+            manual.advance(10);
+        }
+    }
+
+    bool run(Workspace& workspace, Context& context,
+             const std::function<bool(ProgrammingSession&, Millis)>& start) override
+    {
+        using namespace rk4::modem;
+        AnsweringPrompter prompter(context.err);
+        const ModemSettings settings = ModemSettings::load(modemSettingsPath(workspace.workingDirectory()));
+        std::vector<ModemCandidate> ports;
+        ports.push_back({name, port});
+        ModemLink modem(workspace, prompter, std::move(ports), settings);
+        // Each write asks its own questions, and only a write asks them.
+        modem.askWarningsBeforeDial = false;
+        const DialledNumber wanted = parseDialledNumber(number, settings.location);
+        modem.askNumber = [wanted](const DialledNumber&) { return wanted; };
+
+        ProgressPrinter printer(context, modem.session());
+        modem.onStatus = [&](const std::string& text) { printer.text(SessionLine::Status, text); };
+        modem.onSessionText = [&](SessionLine which, const std::string& text) {
+            if (which != SessionLine::Status)
+                printer.text(which, text);
+        };
+        modem.session().onProgress = [&] { printer.progress(); };
+        modem.onCallState = [&](CallState state, const std::string& detail) {
+            printer.finish();
+            context.err << "Call: " << callStateName(state) << (detail.empty() ? "" : " (" + detail + ")") << "\n";
+        };
+
+        context.err << "Port: " << description() << "\n";
+        const Clock& time = clock();
+        // The dialog's 100 ms timer.
+        const auto runWhile = [&](const std::function<bool()>& condition) {
+            while (condition()) {
+                modem.tick(time.now());
+                printer.follow();
+                waitUntil(time.now() + kTickInterval);
+            }
+        };
+        // A Ctrl-C stops the dialling or the transfer, and the call is still hung up.
+        const StopOnSignals stop;
+        modem.CmDial(time.now());
+        runWhile([&] {
+            return !modem.connected() && !modem.view().dialEnabled && !modem.view().closeRequested &&
+                   !StopOnSignals::caught();
+        });
+        bool succeeded = false;
+        if (modem.connected() &&
+            modem.startTransfer(time.now(), [&](ProgrammingSession& session) { return start(session, time.now()); })) {
+            runWhile([&] { return modem.transferRunning() && !modem.view().lineLost && !StopOnSignals::caught(); });
+            succeeded = !modem.transferRunning() && !modem.view().lineLost &&
+                        modem.session().outcome() == SessionOutcome::Succeeded;
+        }
+        if (const int signal = StopOnSignals::caught())
+            context.err << "Stopped (" << ::strsignal(signal) << ")\n";
+        if (modem.connected() && !modem.transferRunning()) {
+            modem.CmDisconnect(time.now());
+            runWhile([&] { return !modem.view().dialEnabled; });
+        }
+        modem.telephonyShutdown(time.now());
+        runWhile([&] { return !modem.finished(); });
+        printer.finish();
+        return succeeded;
+    }
+
+  private:
+    link::MemoryLink memory;
+    std::shared_ptr<Transport> port;
+    std::string name;
+    std::string number;
+    SteadyClock steady;
+    ManualClock manual{1};
+    std::optional<modem::SimulatedDialUp> simulated;
+};
+
 } // namespace
 
 void addTransferOptions(CLI::App& verb, TransferOptions& options)
 {
     verb.add_option("--port", options.port, "COM1 .. COM8, a device path, or sim (default: the port in rk4.cfg)");
+    verb.add_option("--dial", options.dial,
+                    "Reach a distant unit: dial this number through the modem on --port (+country(area)number, "
+                    "or a number in the country and area of rk4modem.txt)");
     const char* group = "The built-in simulated unit (with --port sim)";
     verb.add_option("--sim-database", options.simDatabase, "The file that keeps its configuration")->group(group);
     verb.add_option("--sim-vocabulary", options.simVocabulary, "The file that keeps its vocabulary")->group(group);
@@ -273,6 +379,13 @@ std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen, const 
         printMessage(context.err, "The --sim- options need --port sim.");
         return nullptr;
     }
+    if (simulated && chosen.dial) {
+        UnitOptions options;
+        options.olderUnit = chosen.simOlder;
+        for (const std::string& fault : chosen.simFaults)
+            options.faults.push_back(*parseFault(fault));
+        return std::make_unique<DialLine>(*chosen.dial, std::move(options));
+    }
     if (simulated) {
         UnitOptions options;
         options.olderUnit = chosen.simOlder;
@@ -288,6 +401,9 @@ std::unique_ptr<UnitLine> UnitLine::choose(const TransferOptions& chosen, const 
     const auto port = choosePort(chosen.port, workingDirectory, context);
     if (!port)
         return nullptr;
+    if (chosen.dial)
+        return std::make_unique<DialLine>(std::make_shared<SerialTransport>(port->path), port->description,
+                                          *chosen.dial);
     return std::make_unique<SerialLine>(port->path, port->description);
 }
 
@@ -312,29 +428,29 @@ std::optional<ChosenPort> choosePort(const std::optional<std::string>& port,
     return ChosenPort{path, portSlotName(slot) + " (" + path + ")"};
 }
 
-bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
-                 const std::function<bool(ProgrammingSession&, Millis)>& start)
+bool UnitLine::run(Workspace& workspace, Context& context,
+                   const std::function<bool(ProgrammingSession&, Millis)>& start)
 {
     // Questions (the warnings before a write) get No, which goes on.
     AnsweringPrompter prompter(context.err);
-    ProgrammingSession session(workspace, line.transport(), prompter);
+    ProgrammingSession session(workspace, transport(), prompter);
     ProgressPrinter printer(context, session);
     session.onText = [&](SessionLine which, const std::string& text) { printer.text(which, text); };
     session.onProgress = [&] { printer.progress(); };
 
-    context.err << "Port: " << line.description() << "\n";
-    const Clock& clock = line.clock();
+    context.err << "Port: " << description() << "\n";
+    const Clock& time = clock();
     const StopOnSignals stop;
-    if (!start(session, clock.now())) {
+    if (!start(session, time.now())) {
         printer.finish();
         return false;
     }
     while (session.running() && !StopOnSignals::caught()) {
-        session.poll(clock.now());
+        session.poll(time.now());
         if (!session.running())
             break;
         printer.follow();
-        line.waitUntil(session.nextPollAt(clock.now()));
+        waitUntil(session.nextPollAt(time.now()));
     }
     printer.finish();
     if (const int signal = StopOnSignals::caught(); signal != 0 && session.running()) {
@@ -345,6 +461,12 @@ bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
     if (session.attention() && context.interactiveTerminal)
         context.err << '\a' << std::flush;
     return session.outcome() == SessionOutcome::Succeeded;
+}
+
+bool runTransfer(UnitLine& line, Workspace& workspace, Context& context,
+                 const std::function<bool(ProgrammingSession&, Millis)>& start)
+{
+    return line.run(workspace, context, start);
 }
 
 std::optional<bool> receiveDatabase(const TransferOptions& options, Workspace& workspace, Context& context)

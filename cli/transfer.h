@@ -23,6 +23,8 @@ namespace rk4::cli {
 // simulated unit, its memory files and faults.
 struct TransferOptions {
     std::optional<std::string> port;
+    // A distant unit: dial this number through the modem on the port.
+    std::optional<std::string> dial;
     std::vector<std::string> simFaults;
     std::string simDatabase;
     std::string simVocabulary;
@@ -69,6 +71,11 @@ class UnitLine {
     // or until bytes arrive for an exchange in progress.
     virtual void waitUntil(Millis target) = 0;
     virtual std::string description() const = 0;
+
+    // Runs an operation started by `start` to its end; true only when it
+    // succeeded. A line through a modem dials first and hangs up after.
+    virtual bool run(Workspace& workspace, Context& context,
+                     const std::function<bool(link::ProgrammingSession&, Millis)>& start);
 };
 
 // Starts an operation with `start` and runs it to its end. True only when the

@@ -94,6 +94,9 @@ class ProgrammingSession {
 
     void poll(Millis now);
     bool running() const { return step != Step::Idle; }
+    // What the last operation moved, and which way.
+    TransferKind transferKind() const { return kind; }
+    bool writingRun() const { return writing; }
     // The latest time poll() must be called again.
     Millis nextPollAt(Millis now) const;
     SessionOutcome outcome() const { return result; }

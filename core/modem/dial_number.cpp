@@ -63,6 +63,19 @@ DialledNumber enteredNumber(const std::string& country, const std::string& area,
                          MakeLettersIntoDigits(number.substr(0, kLocalNumberLength))};
 }
 
+DialledNumber parseDialledNumber(const std::string& text, const DialingLocation& here)
+{
+    const std::string digits = MakeLettersIntoDigits(text);
+    if (!digits.starts_with('+'))
+        return DialledNumber{here.country, here.area, digits};
+    const auto open = digits.find('(');
+    const auto close = digits.find(')');
+    if (open == std::string::npos || close == std::string::npos || close < open)
+        return DialledNumber{"", "", digits.substr(1)};
+    return DialledNumber{digits.substr(1, open - 1), digits.substr(open + 1, close - open - 1),
+                         digits.substr(close + 1)};
+}
+
 Translation TranslateAddress(std::string number, const DialingLocation& here)
 {
     if (!number.starts_with('+'))

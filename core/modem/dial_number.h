@@ -29,6 +29,13 @@ struct DialledNumber {
 // field's length and its letters turned into digits.
 DialledNumber enteredNumber(const std::string& country, const std::string& area, const std::string& number);
 
+struct DialingLocation;
+
+// A number written in one piece (the command line's): "+country(area)number"
+// as it stands, "+digits" dialled internationally, anything else a number in
+// the tool's own country and area. Letters become digits.
+DialledNumber parseDialledNumber(const std::string& text, const DialingLocation& here);
+
 // Where the tool dials from: its own country and area code, what reaches an
 // outside line, and the prefixes of a long-distance and an international call.
 struct DialingLocation {

@@ -30,8 +30,12 @@ ModemLink::ModemLink(Workspace& workspace, Prompter& prompter, std::vector<Modem
     programming = std::make_unique<ProgrammingSession>(workspace, lines.front()->callPort(), prompter);
     programming->defaultVocabularyFile = kDefaultModemVocabularyFile;
     programming->onText = [this](SessionLine line, const std::string& text) {
-        if (line == SessionLine::Status)
+        // The session clears the status as a run starts; the modem's own
+        // words stay until the session has its own.
+        if (line == SessionLine::Status && !text.empty())
             setStatus(text);
+        if (onSessionText)
+            onSessionText(line, text);
     };
 }
 
@@ -82,7 +86,8 @@ void ModemLink::CmDial(Millis now)
 {
     if (phase != Phase::Idle || !shown.dialEnabled)
         return;
-    if (programming->CheckWarnings()) {
+    warningsAsked = askWarningsBeforeDial;
+    if (warningsAsked && programming->CheckWarnings()) {
         shown.closeRequested = true;
         changed();
         return;
@@ -193,17 +198,19 @@ void ModemLink::callState(CallState state, const std::string& detail)
     }
 }
 
-bool ModemLink::startTransfer(Millis now, const char* text, const std::function<bool(ProgrammingSession&)>& start)
+bool ModemLink::startTransfer(Millis now, const std::function<bool(ProgrammingSession&)>& start)
 {
     if (phase != Phase::Connected || programming->running())
         return false;
     programming->changeTransport(telephony()->callPort());
-    // The questions were asked before dialling.
-    programming->askWarnings = false;
-    setStatus(text);
+    // The questions before a write were asked before dialling.
+    programming->askWarnings = !warningsAsked;
     if (!start(*programming))
         return false;
-    transferWasRunning = true;
+    const TransferKind kind = programming->transferKind();
+    setStatus(kind == TransferKind::Database     ? "Setting up data transfer."
+              : kind == TransferKind::Vocabulary ? "Setting up vocab transfer."
+                                                 : "Setting up voice transfer.");
     shown.transfersEnabled = false;
     shown.disconnectEnabled = false;
     changed();
@@ -213,54 +220,41 @@ bool ModemLink::startTransfer(Millis now, const char* text, const std::function<
 
 bool ModemLink::CmSendData(Millis now)
 {
-    runningKind = TransferKind::Database;
-    runningWrite = true;
-    return startTransfer(now, "Setting up data transfer.",
-                         [&](ProgrammingSession& session) { return session.Send(TransferKind::Database, now); });
+    return startTransfer(now, [&](ProgrammingSession& session) { return session.Send(TransferKind::Database, now); });
 }
 
 bool ModemLink::CmSendVocab(Millis now, std::optional<std::filesystem::path> file)
 {
-    runningKind = TransferKind::Vocabulary;
-    runningWrite = true;
-    return startTransfer(now, "Setting up vocab transfer.", [&](ProgrammingSession& session) {
-        return session.Send(TransferKind::Vocabulary, now, file);
-    });
+    return startTransfer(
+        now, [&](ProgrammingSession& session) { return session.Send(TransferKind::Vocabulary, now, file); });
 }
 
 bool ModemLink::CmSendVoice(Millis now, std::optional<std::filesystem::path> file)
 {
-    runningKind = TransferKind::Voices;
-    runningWrite = true;
-    return startTransfer(now, "Setting up voice transfer.",
+    return startTransfer(now,
                          [&](ProgrammingSession& session) { return session.Send(TransferKind::Voices, now, file); });
 }
 
 bool ModemLink::CmReceiveData(Millis now)
 {
-    runningKind = TransferKind::Database;
-    runningWrite = false;
-    return startTransfer(now, "Setting up data transfer.",
+    return startTransfer(now,
                          [&](ProgrammingSession& session) { return session.Receive(TransferKind::Database, now); });
 }
 
 bool ModemLink::CmReceiveVoice(Millis now, std::optional<std::filesystem::path> target)
 {
-    runningKind = TransferKind::Voices;
-    runningWrite = false;
-    return startTransfer(now, "Setting up voice transfer.", [&](ProgrammingSession& session) {
-        return session.Receive(TransferKind::Voices, now, target);
-    });
+    return startTransfer(
+        now, [&](ProgrammingSession& session) { return session.Receive(TransferKind::Voices, now, target); });
 }
 
 // A failed run that left the status line empty gets the modem's own words.
 void ModemLink::transferEnded()
 {
-    transferWasRunning = false;
+    const TransferKind kind = programming->transferKind();
     if (programming->outcome() == SessionOutcome::Failed && shown.status.empty()) {
-        if (runningKind == TransferKind::Database)
-            setStatus(runningWrite ? "Data transfer FAILED." : "Data transfer failed!");
-        else if (runningKind == TransferKind::Voices)
+        if (kind == TransferKind::Database)
+            setStatus(programming->writingRun() ? "Data transfer FAILED." : "Data transfer failed!");
+        else if (kind == TransferKind::Voices)
             setStatus("Voice transfer FAILED.");
     }
     if (phase == Phase::Connected) {

@@ -30,7 +30,7 @@ inline constexpr char kLineLostText[] = "Line Connection has been lost.";
 // A port the modem may be on, with the name the technician knows it by.
 struct ModemCandidate {
     std::string name;
-    std::unique_ptr<link::Transport> port;
+    std::shared_ptr<link::Transport> port;
 };
 
 struct ModemView {
@@ -58,6 +58,11 @@ class ModemLink {
     std::function<void(const std::string&)> onStatus;
     std::function<void(CallState, const std::string& detail)> onCallState;
     std::function<void()> onChange;
+    // Every text of the session's runs (the progress window's lines too).
+    std::function<void(link::SessionLine, const std::string&)> onSessionText;
+    // The questions before a database write are asked before dialling;
+    // without them here, each write asks them itself.
+    bool askWarningsBeforeDial = true;
     // The modem's lines and the commands sent, for a log.
     std::function<void(const std::string&)> onModemLine;
 
@@ -76,6 +81,8 @@ class ModemLink {
     bool CmSendVoice(Millis now, std::optional<std::filesystem::path> file = std::nullopt);
     bool CmReceiveData(Millis now);
     bool CmReceiveVoice(Millis now, std::optional<std::filesystem::path> target = std::nullopt);
+    // Any transfer, started on the session by `start` (the command line's).
+    bool startTransfer(Millis now, const std::function<bool(link::ProgrammingSession&)>& start);
 
     // The 100 ms timer.
     void tick(Millis now);
@@ -109,7 +116,6 @@ class ModemLink {
     void afterInitialize(Millis now);
     void afterOpen(Millis now);
     void callState(CallState state, const std::string& detail);
-    bool startTransfer(Millis now, const char* text, const std::function<bool(link::ProgrammingSession&)>& start);
     void transferEnded();
     void beginShutdown(Millis now);
 
@@ -127,10 +133,8 @@ class ModemLink {
     bool everConnected = false;
     bool disconnecting = false;
     bool shutdownAfterDrop = false;
-    bool transferWasRunning = false;
     Millis deadline = 0;
-    link::TransferKind runningKind = link::TransferKind::Database;
-    bool runningWrite = true;
+    bool warningsAsked = false;
     std::string triedPorts;
 };
 

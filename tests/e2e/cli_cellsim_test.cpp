@@ -1,7 +1,7 @@
 // rk4 cell over a real pseudo-terminal to rk4-cellsim: real termios, real
 // bytes, the real one-second tick.
 
-#include "tests/e2e/unitsim_process.h"
+#include "tests/e2e/sim_process.h"
 #include "tests/support/cli_runner.h"
 
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 
 #include "core/link/link_session.h"
 #include "core/link/serial_transport.h"
-#include "tests/e2e/unitsim_process.h"
+#include "tests/e2e/sim_process.h"
 
 #include <gtest/gtest.h>
 

@@ -38,28 +38,17 @@ class ModemLinkTest : public ::testing::Test {
     ManualClock clock{1000};
     Workspace space{dir.path()};
     ScriptedPrompter prompter;
-    link::MemoryLink* toolLine = nullptr; // owned by the link's candidate
     std::unique_ptr<link::MemoryLink> line = std::make_unique<link::MemoryLink>();
     std::unique_ptr<SimulatedDialUp> dialUp;
     std::unique_ptr<ModemLink> modem;
     std::vector<std::string> statuses;
     std::vector<CallState> states;
 
-    // The modem's tool side as a transport the link owns.
-    class LineEnd final : public link::Transport {
-      public:
-        explicit LineEnd(link::Transport& end) : end(end) {}
-        link::OpenResult open() override { return end.open(); }
-        bool isOpen() const override { return end.isOpen(); }
-        void close() override { end.close(); }
-        bool write(std::span<const std::uint8_t> bytes) override { return end.write(bytes); }
-        bool allSent() override { return end.allSent(); }
-        std::size_t read(std::span<std::uint8_t> buffer) override { return end.read(buffer); }
-        void purge(link::Purge side) override { end.purge(side); }
-
-      private:
-        link::Transport& end;
-    };
+    // The modem's tool side, lent to the link.
+    std::shared_ptr<link::Transport> toolEnd()
+    {
+        return std::shared_ptr<link::Transport>(&line->tool(), [](link::Transport*) {});
+    }
 
     void SetUp() override
     {
@@ -72,8 +61,8 @@ class ModemLinkTest : public ::testing::Test {
         dialUp = std::make_unique<SimulatedDialUp>(line->unit(), options);
         std::vector<ModemCandidate> ports;
         if (missingFirst)
-            ports.push_back({"COM 1", std::make_unique<MissingPort>()});
-        ports.push_back({"COM 2", std::make_unique<LineEnd>(line->tool())});
+            ports.push_back({"COM 1", std::make_shared<MissingPort>()});
+        ports.push_back({"COM 2", toolEnd()});
         ModemSettings settings;
         settings.location.area = "555";
         modem = std::make_unique<ModemLink>(space, prompter, std::move(ports), settings);
@@ -223,8 +212,8 @@ TEST_F(ModemLinkTest, NoModemAnywhereIsAnInitialisationError)
 {
     dialUp.reset();
     std::vector<ModemCandidate> ports;
-    ports.push_back({"COM 1", std::make_unique<MissingPort>()});
-    ports.push_back({"COM 2", std::make_unique<LineEnd>(line->tool())}); // nothing answers on it
+    ports.push_back({"COM 1", std::make_shared<MissingPort>()});
+    ports.push_back({"COM 2", toolEnd()}); // nothing answers on it
     modem = std::make_unique<ModemLink>(space, prompter, std::move(ports), ModemSettings{});
     prompter.expect(kSummaryQuestion, Answer::No);
     modem->CmDial(clock.now());

@@ -1,8 +1,9 @@
 #pragma once
-// A simulated peer (rk4-unitsim, rk4-cellsim) as a child process for one
+// A simulated peer (rk4-unitsim, rk4-cellsim, rk4-modemsim) as a child process for one
 // test; its device is the first line it prints.
 
 #include <csignal>
+#include <fcntl.h>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
@@ -24,7 +25,8 @@ inline std::vector<char*> argvOf(std::vector<std::string>& args)
 
 class SimProcess {
   public:
-    SimProcess(const char* program, std::vector<std::string> options)
+    // With a log file the peer's log goes there; without, it is quiet.
+    SimProcess(const char* program, std::vector<std::string> options, const std::string& logFile = {})
     {
         int out[2];
         if (::pipe(out) != 0)
@@ -33,7 +35,12 @@ class SimProcess {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
         posix_spawn_file_actions_addclose(&actions, out[0]);
-        options.insert(options.begin(), {program, "--quiet"});
+        if (logFile.empty())
+            options.insert(options.begin(), "--quiet");
+        else
+            posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                             0644);
+        options.insert(options.begin(), program);
         const auto argv = argvOf(options);
         if (::posix_spawn(&pid, program, &actions, nullptr, argv.data(), environ) != 0)
             pid = -1;
