@@ -8,6 +8,7 @@
 #include "gui/basic/sim_out_dialog.h"
 #include "gui/basic/simple_warning_dialog.h"
 #include "gui/basic/wizard_dialog.h"
+#include "gui/cellular/cell_phone_dialog.h"
 #include "gui/link/pgm_dialog.h"
 #include "gui/shell/work_area.h"
 
@@ -363,6 +364,9 @@ void Main::addToolCommands()
     QAction* waveEdit =
         addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
     waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
+    QAction* cellphone =
+        addCommand(toolsMenu, "&Cellphone...", "actionCellphone", &Main::CmCellphone, [] { return true; });
+    cellphone->setStatusTip("Program the unit's cellular module: its MIN and MDN, identity and signal");
 }
 
 void Main::CmProgram()
@@ -376,6 +380,12 @@ void Main::CmProgram()
 }
 
 void Main::CmSummary() { showSummary(Category::All); }
+
+void Main::CmCellphone()
+{
+    CellPhoneDialog dialog(space, *activePrompter, this);
+    dialog.exec();
+}
 
 void Main::showSummary(Category category)
 {
