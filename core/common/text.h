@@ -6,6 +6,16 @@
 
 namespace rk4 {
 
+// The text without the blanks, tabs and carriage returns around it.
+inline std::string trimBlanks(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos)
+        return {};
+    const auto last = text.find_last_not_of(" \t\r\n");
+    return text.substr(first, last - first + 1);
+}
+
 // "4", "1 and 2", "1, 2 and 4": the way group and port lists are written.
 inline std::string joinWithAnd(const std::vector<int>& numbers)
 {

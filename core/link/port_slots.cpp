@@ -1,5 +1,6 @@
 #include "core/link/port_slots.h"
 
+#include "core/common/text.h"
 #include "core/database/file.h"
 
 #include <cstdlib>
@@ -11,15 +12,6 @@ namespace rk4::link {
 namespace {
 
 bool validSlot(int slot) { return slot >= 0 && slot < kPortSlotCount; }
-
-std::string trim(const std::string& text)
-{
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string::npos)
-        return {};
-    const auto last = text.find_last_not_of(" \t\r");
-    return text.substr(first, last - first + 1);
-}
 
 } // namespace
 
@@ -50,10 +42,10 @@ PortBindings PortBindings::load(const std::filesystem::path& file)
         const auto equals = line.find('=');
         if (equals == std::string::npos)
             continue;
-        const std::string name = trim(line.substr(0, equals));
+        const std::string name = trimBlanks(line.substr(0, equals));
         for (int slot = 0; slot < kPortSlotCount; ++slot)
             if (name == portSlotName(slot))
-                bindings.bind(slot, trim(line.substr(equals + 1)));
+                bindings.bind(slot, trimBlanks(line.substr(equals + 1)));
     }
     return bindings;
 }

@@ -1,6 +1,7 @@
 #include "core/modem/modem_settings.h"
 
 #include "core/common/safe_file.h"
+#include "core/common/text.h"
 #include "core/link/port_slots.h"
 
 #include <sstream>
@@ -8,15 +9,6 @@
 namespace rk4::modem {
 
 namespace {
-
-std::string trim(const std::string& text)
-{
-    const auto first = text.find_first_not_of(" \t\r");
-    if (first == std::string::npos)
-        return {};
-    const auto last = text.find_last_not_of(" \t\r");
-    return text.substr(first, last - first + 1);
-}
 
 // Values are one line each and no longer than any field that holds them.
 std::string cleanValue(const std::string& text)
@@ -41,8 +33,8 @@ ModemSettings ModemSettings::parse(const std::string& text)
         const auto equals = line.find('=');
         if (equals == std::string::npos)
             continue;
-        const std::string key = trim(line.substr(0, equals));
-        const std::string value = cleanValue(trim(line.substr(equals + 1)));
+        const std::string key = trimBlanks(line.substr(0, equals));
+        const std::string value = cleanValue(trimBlanks(line.substr(equals + 1)));
         if (key == "country")
             settings.lastNumber.country = value.substr(0, kCountryCodeLength);
         else if (key == "area")

@@ -1,0 +1,162 @@
+#include "core/voice/speech.h"
+
+#include "core/common/safe_file.h"
+#include "core/common/text.h"
+
+#include <espeak-ng/speak_lib.h>
+
+#include <algorithm>
+#include <charconv>
+#include <mutex>
+#include <optional>
+#include <sstream>
+
+namespace rk4 {
+
+namespace {
+
+// The synthesiser keeps its voice, parameters and callback in globals, so it
+// is set up once and then used by one caller at a time.
+std::mutex engineMutex;
+int engineRate = 0; // its native sample rate once set up; negative when it failed
+
+extern "C" int collectSamples(short* samples, int count, espeak_EVENT* events)
+{
+    if (samples && count > 0 && events && events->user_data) {
+        auto* out = static_cast<std::vector<std::int16_t>*>(events->user_data);
+        out->insert(out->end(), samples, samples + count);
+    }
+    return 0; // carry on
+}
+
+// With the mutex held. The data comes from the library's installed path, or
+// from ESPEAK_DATA_PATH when that is set.
+bool startEngine()
+{
+    if (engineRate == 0) {
+        engineRate = espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, 0, nullptr, espeakINITIALIZE_DONT_EXIT);
+        if (engineRate <= 0)
+            engineRate = -1;
+        else
+            espeak_SetSynthCallback(collectSamples);
+    }
+    return engineRate > 0;
+}
+
+std::optional<int> parseNumber(const std::string& text)
+{
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+void SpeechSettings::setVoiceName(const std::string& name)
+{
+    const auto plus = name.find('+');
+    language = name.substr(0, plus);
+    variant = plus == std::string::npos ? std::string() : name.substr(plus + 1);
+}
+
+SpeechSettings SpeechSettings::parse(const std::string& text)
+{
+    SpeechSettings settings;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line)) {
+        if (line.starts_with('#'))
+            continue;
+        const auto equals = line.find('=');
+        if (equals == std::string::npos)
+            continue;
+        const std::string key = trimBlanks(line.substr(0, equals));
+        const std::string value = trimBlanks(line.substr(equals + 1));
+        const auto number = parseNumber(value);
+        if (key == "voice" && !value.empty() && value.size() <= 40)
+            settings.setVoiceName(value);
+        else if (key == "speed" && number && *number >= kSlowestSpeech && *number <= kFastestSpeech)
+            settings.speed = *number;
+        else if (key == "pitch" && number && *number >= 0 && *number <= 99)
+            settings.pitch = *number;
+    }
+    return settings;
+}
+
+SpeechSettings SpeechSettings::load(const std::filesystem::path& file)
+{
+    const FileRead read = readFileBytes(file, 4096);
+    if (!read)
+        return SpeechSettings{};
+    return parse(std::string(read.bytes.begin(), read.bytes.end()));
+}
+
+std::string SpeechSettings::text() const
+{
+    std::ostringstream out;
+    out << "# The voice the Rk4 programmer speaks phrases in.\n"
+        << "voice = " << voiceName() << "\n"
+        << "speed = " << speed << "\n"
+        << "pitch = " << pitch << "\n";
+    return out.str();
+}
+
+bool SpeechSettings::save(const std::filesystem::path& file) const
+{
+    const std::string content = text();
+    return static_cast<bool>(
+        writeFileAtomically(file, std::span(reinterpret_cast<const std::uint8_t*>(content.data()), content.size())));
+}
+
+std::filesystem::path speechSettingsPath(const std::filesystem::path& workingDirectory)
+{
+    return workingDirectory / kSpeechSettingsFile;
+}
+
+Speech synthesise(const std::string& text, const SpeechSettings& settings)
+{
+    Speech speech;
+    if (trimBlanks(text).empty()) {
+        speech.problem = "there is no text to speak";
+        return speech;
+    }
+    if (settings.speed < kSlowestSpeech || settings.speed > kFastestSpeech) {
+        speech.problem = "the speed must be " + std::to_string(kSlowestSpeech) + " to " +
+                         std::to_string(kFastestSpeech) + " words a minute";
+        return speech;
+    }
+    const std::lock_guard lock(engineMutex);
+    if (!startEngine()) {
+        speech.problem = "the speech synthesiser cannot start (is its voice data installed?)";
+        return speech;
+    }
+    if (espeak_SetVoiceByName(settings.voiceName().c_str()) != EE_OK) {
+        speech.problem = "there is no voice \"" + settings.voiceName() + "\"";
+        return speech;
+    }
+    espeak_SetParameter(espeakRATE, settings.speed, 0);
+    espeak_SetParameter(espeakPITCH, std::clamp(settings.pitch, 0, 99), 0);
+    speech.sampleRate = static_cast<std::uint32_t>(engineRate);
+    const espeak_ERROR result =
+        espeak_Synth(text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8, nullptr, &speech.samples);
+    if (result != EE_OK || speech.samples.empty()) {
+        speech.samples.clear();
+        speech.problem = "the speech synthesiser could not speak \"" + text + "\"";
+    }
+    return speech;
+}
+
+VoxConversion speakPhrase(const std::string& text, const SpeechSettings& settings)
+{
+    const Speech speech = synthesise(text, settings);
+    if (!speech.ok()) {
+        VoxConversion refused;
+        refused.format.problem = speech.problem;
+        return refused;
+    }
+    return convertWave(waveFileBytes(speech.samples, speech.sampleRate));
+}
+
+} // namespace rk4
