@@ -22,6 +22,15 @@ struct Vox2wavOptions {
 
 int vox2wav(const Vox2wavOptions& options, Context& context)
 {
+    // No phrase is longer than the largest voice store, so a bigger file is
+    // something else, and is refused before it is read into memory.
+    std::error_code error;
+    if (const auto size = std::filesystem::file_size(options.source, error); !error && size > kVoiceStoreBytes) {
+        printMessage(context.err, kCannotOpenFile,
+                     fileAndCause(options.source, std::to_string(size) + " bytes, and a phrase is at most " +
+                                                      std::to_string(kVoiceStoreBytes) + ", the largest voice store"));
+        return 2;
+    }
     const FileRead vox = readFileBytes(options.source);
     if (!vox) {
         printMessage(context.err, kCannotOpenFile, fileAndCause(options.source, vox.cause()));

@@ -1,9 +1,12 @@
 #include "core/database/file.h"
+#include "core/voice/wave.h"
 #include "tests/core/voice/wave_builder.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 namespace rk4::cli {
 namespace {
@@ -59,6 +62,18 @@ TEST(VoiceVerbs, DefaultNamesReplaceTheLastExtensionAndNeverTheInput)
         EXPECT_EQ(refused.err.rfind(" CANNOT OPEN OUTPUT FILE \n", 0), 0u) << refused.err;
         EXPECT_EQ(readWholeFile(dir / "take.vox"), phrase.wave) << args[0];
     }
+}
+
+TEST(VoiceVerbs, Vox2wavRefusesAFileLongerThanAnyPhrase)
+{
+    test::TempDir dir;
+    std::ofstream(dir / "big.vox").close();
+    std::filesystem::resize_file(dir / "big.vox", kVoiceStoreBytes + 1);
+    const auto refused = runRk4({"vox2wav", (dir / "big.vox").string()});
+    EXPECT_EQ(refused.code, 2);
+    EXPECT_EQ(refused.err, " CANNOT OPEN FILE \n  " + (dir / "big.vox").string() +
+                               ": 524289 bytes, and a phrase is at most 524288, the largest voice store\n");
+    EXPECT_FALSE(std::filesystem::exists(dir / "big.wav"));
 }
 
 TEST(VoiceVerbs, Wav2voxRefusesWhatIsNotAWaveWithStatus2)
