@@ -112,35 +112,46 @@ class Progress final : public Prompter {
     std::string lastPrinted;
 };
 
-// Runs the session until `done` says so or nothing needs the tick any more.
-template <typename Done>
-void drive(CellPhoneSession& session, ModuleLine& line, Progress& progress, Done done)
-{
-    while (session.active() && !done()) {
-        session.poll(line.now());
+// One command's work: the line, its printer and the session on it.
+class CellRun {
+  public:
+    CellRun(std::unique_ptr<ModuleLine> chosen, Context& context)
+        : line(std::move(chosen)), progress(context), session(line->transport(), progress)
+    {}
+
+    // Starts the work with `start` and runs it until `done` says so or nothing
+    // needs the tick any more.
+    template <typename Start, typename Done>
+    void run(Start start, Done done)
+    {
+        start(session, line->now());
+        while (session.active() && !done()) {
+            session.poll(line->now());
+            progress.status(session.status());
+            if (!session.active() || done())
+                break;
+            line->waitUntil(session.nextPollAt(line->now()));
+        }
         progress.status(session.status());
-        if (!session.active() || done())
-            break;
-        line.waitUntil(session.nextPollAt(line.now()));
     }
-    progress.status(session.status());
-}
+
+    std::unique_ptr<ModuleLine> line;
+    Progress progress;
+    CellPhoneSession session;
+};
+
+constexpr auto kNever = [] { return false; };
 
 int info(const CellOptions& options, Context& context)
 {
-    const auto line = chooseLine(options, context);
+    auto line = chooseLine(options, context);
     if (!line)
         return 2;
-    Progress progress(context);
-    CellPhoneSession session(line->transport(), progress);
-    if (!session.CmStartReading(line->now())) {
-        progress.status(session.status());
+    CellRun cell(std::move(line), context);
+    cell.run([](CellPhoneSession& session, Millis now) { session.CmStartReading(now); }, kNever);
+    if (!cell.session.lastSequenceSucceeded())
         return 1;
-    }
-    drive(session, *line, progress, [] { return false; });
-    if (!session.lastSequenceSucceeded())
-        return 1;
-    const CellReadings& shown = session.readings();
+    const CellReadings& shown = cell.session.readings();
     context.out << "Model: " << shown.model << "\n"
                 << "Software version: " << shown.version << "\n"
                 << "Band class: " << shown.bandClass << "\n"
@@ -161,40 +172,31 @@ int write(const CellOptions& options, Context& context)
     StreamPrompter refusals(context.err);
     if (CheckMIN(entries, &refusals) || CheckMDN(entries, &refusals))
         return 2;
-    const auto line = chooseLine(options, context);
+    auto line = chooseLine(options, context);
     if (!line)
         return 2;
-    Progress progress(context);
-    CellPhoneSession session(line->transport(), progress);
-    session.CmSendMIN(entries, line->now());
-    if (!session.active()) {
-        progress.status(session.status());
-        return 1;
-    }
-    drive(session, *line, progress, [] { return false; });
-    return session.minCheckPassed() == true && session.mdnCheckPassed() == true ? 0 : 1;
+    CellRun cell(std::move(line), context);
+    cell.run([&](CellPhoneSession& session, Millis now) { session.CmSendMIN(entries, now); }, kNever);
+    return cell.session.minCheckPassed() == true && cell.session.mdnCheckPassed() == true ? 0 : 1;
 }
 
 int rssi(const CellOptions& options, Context& context)
 {
-    const auto line = chooseLine(options, context);
+    auto line = chooseLine(options, context);
     if (!line)
         return 2;
-    Progress progress(context);
-    CellPhoneSession session(line->transport(), progress);
-    if (!session.CmStartPolling(true, line->now())) {
-        progress.status(session.status());
-        return 1;
-    }
+    CellRun cell(std::move(line), context);
     int printed = 0;
     bool failed = false;
-    drive(session, *line, progress, [&] {
-        for (; printed < session.rssiReadingsTaken(); ++printed)
-            context.out << "RSSI: " << session.readings().rssi << "\n" << std::flush;
-        failed = session.rssiMisses() >= 3;
-        return failed || (options.count > 0 && printed >= options.count);
-    });
-    return failed ? 1 : 0;
+    cell.run([](CellPhoneSession& session, Millis now) { session.CmStartPolling(true, now); },
+             [&] {
+                 for (; printed < cell.session.rssiReadingsTaken(); ++printed)
+                     context.out << "RSSI: " << cell.session.readings().rssi << "\n" << std::flush;
+                 failed = cell.session.rssiMisses() >= 3;
+                 return failed || (options.count > 0 && printed >= options.count);
+             });
+    // A port that would not open never started polling.
+    return failed || printed == 0 ? 1 : 0;
 }
 
 void addPortOption(CLI::App& verb, CellOptions& options)
