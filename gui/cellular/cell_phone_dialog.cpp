@@ -109,9 +109,17 @@ CellPhoneDialog::CellPhoneDialog(Workspace& workspace, Prompter& prompter, QWidg
     sameCheck = new QCheckBox("MDN &same as MIN", numbers);
     sameCheck->setObjectName("sameCheck");
     sameCheck->setWhatsThis("Write the MIN as the MDN too, as most accounts have it.");
-    numberForm->addRow("&MIN: (Phone Number)", minEdit);
-    numberForm->addRow("M&DN:", mdnEdit);
-    numberForm->addRow(QString(), sameCheck);
+    // Both groups' labels take the width of the longest, so their fields line up.
+    const int labelWidth = fontMetrics().horizontalAdvance("MIN: (Phone Number)") + 8;
+    auto row = [this, labelWidth](QFormLayout* form, const QString& text, auto* field) {
+        auto* label = new QLabel(text, this);
+        label->setMinimumWidth(labelWidth);
+        label->setBuddy(field);
+        form->addRow(label, field);
+    };
+    row(numberForm, "&MIN: (Phone Number)", minEdit);
+    row(numberForm, "M&DN:", mdnEdit);
+    row(numberForm, QString(), sameCheck);
     layout->addWidget(numbers);
 
     auto* module = new QGroupBox("Module", this);
@@ -125,13 +133,13 @@ CellPhoneDialog::CellPhoneDialog(Workspace& workspace, Prompter& prompter, QWidg
     bandClassLabel = display(module, "bandClassLabel", "The band class in use: 800 MHz or 1900 MHz.");
     bandLabel = display(module, "bandLabel", "The band within the band class.");
     protocolLabel = display(module, "protocolLabel", "The air protocol revision the module speaks.");
-    moduleForm->addRow("Model:", modelLabel);
-    moduleForm->addRow("Software version:", versionLabel);
-    moduleForm->addRow("ESN:", esnLabel);
-    moduleForm->addRow("SID:", sidLabel);
-    moduleForm->addRow("Band class:", bandClassLabel);
-    moduleForm->addRow("Band:", bandLabel);
-    moduleForm->addRow("Protocol:", protocolLabel);
+    row(moduleForm, "Model:", modelLabel);
+    row(moduleForm, "Software version:", versionLabel);
+    row(moduleForm, "ESN:", esnLabel);
+    row(moduleForm, "SID:", sidLabel);
+    row(moduleForm, "Band class:", bandClassLabel);
+    row(moduleForm, "Band:", bandLabel);
+    row(moduleForm, "Protocol:", protocolLabel);
     auto* rssiRow = new QHBoxLayout;
     rssiGauge = new QProgressBar(module);
     rssiGauge->setObjectName("rssiGauge");
@@ -146,7 +154,9 @@ CellPhoneDialog::CellPhoneDialog(Workspace& workspace, Prompter& prompter, QWidg
     rssiLabel->setWhatsThis("The signal reading as a number.");
     rssiRow->addWidget(rssiGauge, 1);
     rssiRow->addWidget(rssiLabel);
-    moduleForm->addRow("RSSI:", rssiRow);
+    auto* rssiTitle = new QLabel("RSSI:", this);
+    rssiTitle->setMinimumWidth(labelWidth);
+    moduleForm->addRow(rssiTitle, rssiRow);
     layout->addWidget(module);
 
     auto* statusRow = new QHBoxLayout;
