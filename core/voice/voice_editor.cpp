@@ -50,7 +50,7 @@ std::string VoiceEditor::savedLine() const
 
 std::string VoiceEditor::entryText(int slot) const
 {
-    const VoiceSlot& entry = slots[slot];
+    const VoiceSlot& entry = slotTable[slot];
     std::string text = entry.hasPhrase ? "+" : "-";
     if (namesInUse)
         text += padRight(entry.name.substr(0, kNameWidth), kNameWidth);
@@ -59,7 +59,7 @@ std::string VoiceEditor::entryText(int slot) const
 
 std::string VoiceEditor::sourceText(int slot) const
 {
-    const VoiceSlot& entry = slots[slot];
+    const VoiceSlot& entry = slotTable[slot];
     if (!entry.hasPhrase)
         return {};
     if (entry.newPhrase())
@@ -94,7 +94,7 @@ bool VoiceEditor::SetupNewMsgFile(const std::string& path, Prompter& prompter)
     }
     lengths = header.lengths;
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        VoiceSlot& entry = slots[slot];
+        VoiceSlot& entry = slotTable[slot];
         if (entry.newPhrase())
             continue;
         entry.hasPhrase = lengths[slot] != 0;
@@ -161,7 +161,7 @@ bool VoiceEditor::writeAllTo(const std::string& path, Prompter& prompter)
         copy.emplace(temporary);
     }
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        const VoiceSlot& entry = slots[slot];
+        const VoiceSlot& entry = slotTable[slot];
         if (!entry.hasPhrase)
             continue;
         if (entry.phrase) {
@@ -193,7 +193,7 @@ bool VoiceEditor::writeAllTo(const std::string& path, Prompter& prompter)
     messageSaved = true;
     changed = true;
     // Phrases made in memory now live in the saved file.
-    for (VoiceSlot& entry : slots)
+    for (VoiceSlot& entry : slotTable)
         if (entry.phrase) {
             entry.phrase.reset();
             entry.source.clear();
@@ -221,7 +221,7 @@ bool VoiceEditor::readIndividual(int slot, const std::string& path, Prompter& pr
         prompter.fileError(kCannotOpenIndividualVoiceFile, source + ": the name is too long for a slot entry");
         return false;
     }
-    VoiceSlot& entry = slots[slot];
+    VoiceSlot& entry = slotTable[slot];
     entry.hasPhrase = true;
     entry.source = source;
     entry.phrase.reset();
@@ -266,7 +266,7 @@ bool VoiceEditor::CmClearIndividual(Prompter& prompter)
 {
     if (noSelection(prompter))
         return false;
-    VoiceSlot& entry = slots[*selected];
+    VoiceSlot& entry = slotTable[*selected];
     entry.hasPhrase = false;
     entry.source.clear();
     entry.phrase.reset();
@@ -276,7 +276,7 @@ bool VoiceEditor::CmClearIndividual(Prompter& prompter)
 
 void VoiceEditor::putPhrase(int slot, std::vector<std::uint8_t> phrase, std::string label)
 {
-    VoiceSlot& entry = slots[slot];
+    VoiceSlot& entry = slotTable[slot];
     entry.hasPhrase = true;
     entry.phrase = std::move(phrase);
     entry.source = std::move(label);
@@ -285,7 +285,7 @@ void VoiceEditor::putPhrase(int slot, std::vector<std::uint8_t> phrase, std::str
 
 std::optional<std::vector<std::uint8_t>> VoiceEditor::phraseOf(int slot, std::string& why) const
 {
-    const VoiceSlot& entry = slots[slot];
+    const VoiceSlot& entry = slotTable[slot];
     if (entry.hasPhrase && entry.phrase)
         return entry.phrase;
     if (entry.newPhrase()) {
@@ -315,14 +315,14 @@ void VoiceEditor::AddNames(const Database& db)
 {
     namesInUse = true;
     for (int slot = 0; slot < kSlotCount; ++slot)
-        slots[slot].name = databaseName(db, slot);
+        slotTable[slot].name = databaseName(db, slot);
     changed = true;
 }
 
 void VoiceEditor::RemoveNames()
 {
     namesInUse = false;
-    for (VoiceSlot& entry : slots)
+    for (VoiceSlot& entry : slotTable)
         entry.name.clear();
     changed = true;
 }
@@ -363,7 +363,7 @@ bool VoiceEditor::readConfiguration(const std::string& path, Prompter& prompter)
         } else {
             entry.source = rest;
         }
-        slots[slot] = std::move(entry);
+        slotTable[slot] = std::move(entry);
     }
     lengths = {};
     loadedFile.clear();

@@ -52,7 +52,7 @@ class VoiceEditor {
   public:
     explicit VoiceEditor(std::filesystem::path workingDirectory = std::filesystem::current_path());
 
-    std::array<VoiceSlot, kSlotCount> slots;
+    std::array<VoiceSlot, kSlotCount> slotTable;
     PhraseLengths lengths{}; // of the loaded message file
     std::string loadedFile;  // empty while none is loaded
     std::string savedFile;   // the last message file saved

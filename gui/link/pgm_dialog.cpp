@@ -232,6 +232,18 @@ void PgmDialog::writeVocabulary() { startTransfer(programming->Send(link::Transf
 
 void PgmDialog::CmSendVoice() { startTransfer(programming->Send(link::TransferKind::Voices, clock.now())); }
 
+void PgmDialog::choosePort(int index) { portCombo->setCurrentIndex(index); }
+
+void PgmDialog::sendVoices(const std::string& file)
+{
+    startTransfer(programming->Send(link::TransferKind::Voices, clock.now(), std::filesystem::path(file)));
+}
+
+void PgmDialog::receiveVoices(const std::string& target)
+{
+    startTransfer(programming->Receive(link::TransferKind::Voices, clock.now(), std::filesystem::path(target)));
+}
+
 void PgmDialog::CmReceiveData() { startTransfer(programming->Receive(link::TransferKind::Database, clock.now())); }
 
 void PgmDialog::CmReceiveVoice() { startTransfer(programming->Receive(link::TransferKind::Voices, clock.now())); }

@@ -38,6 +38,12 @@ class PgmDialog : public QDialog {
     // The demo unit behind the last entry of the port list.
     static link::SimulatedUnitPort& simulatedUnit();
 
+    // For the voice editor: the port to use, and a voice transfer of a file
+    // it already knows, started at once.
+    void choosePort(int index);
+    void sendVoices(const std::string& file);
+    void receiveVoices(const std::string& target);
+
   public slots:
     void CmSendData();
     void CmWriteVocab();

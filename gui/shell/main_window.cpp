@@ -20,6 +20,7 @@
 #include "gui/settings/group_dialog.h"
 #include "gui/shell/editor_window.h"
 
+#include "gui/voice/vedit_dialog.h"
 #include "gui/voice/wave_dialog.h"
 #include <algorithm>
 
@@ -364,6 +365,9 @@ void Main::addToolCommands()
     QAction* waveEdit =
         addCommand(toolsMenu, "&Wave Edit...", "actionWaveEdit", &Main::CmWaveEdit, [] { return true; });
     waveEdit->setStatusTip("Convert a recorded wave file to a phrase file for the unit");
+    QAction* voiceEdit =
+        addCommand(toolsMenu, "&Voice Edit...", "actionVoiceEdit", &Main::CmVoiceEdit, [] { return true; });
+    voiceEdit->setStatusTip("Assemble the unit's voice message file from phrase files and move it to and from a unit");
     QAction* cellphone =
         addCommand(toolsMenu, "&Cellphone...", "actionCellphone", &Main::CmCellphone, [] { return true; });
     cellphone->setStatusTip("Program the unit's cellular module: its MIN and MDN, identity and signal");
@@ -501,6 +505,12 @@ void Main::CmRunWizard()
 void Main::CmWaveEdit()
 {
     WaveDialog dialog(*activePrompter, this);
+    dialog.exec();
+}
+
+void Main::CmVoiceEdit()
+{
+    VeditDialog dialog(space, *activePrompter, this);
     dialog.exec();
 }
 

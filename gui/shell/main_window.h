@@ -74,6 +74,7 @@ class Main : public QMainWindow {
     void CmProgram();
     void CmSummary();
     void CmWaveEdit();
+    void CmVoiceEdit();
     void CmCellphone();
     void CmSimGen();
     void CmSimDir();

@@ -160,7 +160,7 @@ TEST_F(VoiceEditorTest, AConfigurationIsSavedOnlyAfterTheMessageFileAndReadsBack
     EXPECT_TRUE(other.namesInUse);
     for (int slot = 0; slot < kSlotCount; ++slot)
         EXPECT_EQ(other.entryText(slot), editor.entryText(slot)) << slotTitle(slot);
-    EXPECT_EQ(other.slots[2].name, "Door");
+    EXPECT_EQ(other.slotTable[2].name, "Door");
     EXPECT_EQ(other.loadedLine(), editor.loadedLine());
     EXPECT_TRUE(other.messageSaved);
 }
