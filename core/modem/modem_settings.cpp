@@ -34,13 +34,16 @@ ModemSettings ModemSettings::parse(const std::string& text)
         if (equals == std::string::npos)
             continue;
         const std::string key = trimBlanks(line.substr(0, equals));
-        const std::string value = cleanValue(trimBlanks(line.substr(equals + 1)));
+        // Trimmed again after each cut, so what is kept is what a save writes
+        // and the next load reads back.
+        const std::string value = trimBlanks(cleanValue(trimBlanks(line.substr(equals + 1))));
+        const auto upTo = [&](std::size_t length) { return trimBlanks(value.substr(0, length)); };
         if (key == "country")
-            settings.lastNumber.country = value.substr(0, kCountryCodeLength);
+            settings.lastNumber.country = upTo(kCountryCodeLength);
         else if (key == "area")
-            settings.lastNumber.area = value.substr(0, kAreaCodeLength);
+            settings.lastNumber.area = upTo(kAreaCodeLength);
         else if (key == "number")
-            settings.lastNumber.number = value.substr(0, kLocalNumberLength);
+            settings.lastNumber.number = upTo(kLocalNumberLength);
         else if (key == "home country")
             settings.location.country = value;
         else if (key == "home area")

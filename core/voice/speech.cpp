@@ -75,7 +75,8 @@ SpeechSettings SpeechSettings::parse(const std::string& text)
         const std::string key = trimBlanks(line.substr(0, equals));
         const std::string value = trimBlanks(line.substr(equals + 1));
         const auto number = parseNumber(value);
-        if (key == "voice" && !value.empty() && value.size() <= 40)
+        // A voice names its language first: "+f2" alone would save as no voice at all.
+        if (key == "voice" && !value.empty() && value.front() != '+' && value.size() <= 40)
             settings.setVoiceName(value);
         else if (key == "speed" && number && *number >= kSlowestSpeech && *number <= kFastestSpeech)
             settings.speed = *number;
