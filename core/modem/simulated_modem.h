@@ -44,6 +44,8 @@ class SimulatedModem {
     void poll(Millis now);
 
     bool onCall() const { return mode == Mode::Data || mode == Mode::OnlineCommand; }
+    // The failures of the next calls can be changed between calls.
+    ModemOptions& settings() { return options; }
     // Every command line received ("ATD2255669", "ATH"), and "+++" for each escape.
     const std::vector<std::string>& commands() const { return heard; }
     // Numbers dialled.

@@ -124,6 +124,11 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     layout->addStretch();
 
     auto* bottom = new QHBoxLayout;
+    auto* modemButton = new QPushButton("&Modem...", this);
+    modemButton->setObjectName("modemButton");
+    modemButton->setWhatsThis("Reach a distant unit through a modem instead: this dialog closes and the modem "
+                              "dialog opens.");
+    bottom->addWidget(modemButton);
     bottom->addStretch();
     doneButton = new QPushButton("Done", this);
     doneButton->setObjectName("doneButton");
@@ -153,6 +158,7 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     connect(writeVocab, &QPushButton::clicked, this, &PgmDialog::CmWriteVocab);
     connect(deviceButton, &QPushButton::clicked, this, &PgmDialog::CmPortDevice);
     connect(doneButton, &QPushButton::clicked, this, &PgmDialog::CmDone);
+    connect(modemButton, &QPushButton::clicked, this, &PgmDialog::CmModem);
     connect(portCombo, &QComboBox::currentIndexChanged, this, &PgmDialog::CmComPort);
     connect(stepTimer, &QTimer::timeout, this, &PgmDialog::pollSession);
     connect(idleTimer, &QTimer::timeout, this, &PgmDialog::IdleAction);
@@ -256,6 +262,14 @@ void PgmDialog::CmDone()
     accept();
 }
 
+void PgmDialog::CmModem()
+{
+    if (programming->running())
+        return;
+    programming->closePort();
+    done(kModemResult);
+}
+
 void PgmDialog::pollSession()
 {
     programming->poll(clock.now());
@@ -281,6 +295,7 @@ void PgmDialog::refresh()
     portCombo->setEnabled(!busy);
     findChild<QPushButton*>("deviceButton")->setEnabled(!busy && portCombo->currentIndex() != kSimulatedUnitIndex);
     doneButton->setEnabled(!busy);
+    findChild<QPushButton*>("modemButton")->setEnabled(!busy);
 
     const int index = portCombo->currentIndex();
     if (index == kSimulatedUnitIndex)

@@ -30,6 +30,8 @@ class PgmDialog : public QDialog {
   public:
     // The combo index of the built-in simulated unit, after "COM 1" .. "COM 8".
     static constexpr int kSimulatedUnitIndex = link::kPortSlotCount;
+    // The dialog's result when the technician chose the modem instead.
+    static constexpr int kModemResult = 2;
 
     PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent = nullptr);
     ~PgmDialog() override;
@@ -52,6 +54,7 @@ class PgmDialog : public QDialog {
     void CmReceiveVoice();
     void CmComPort(int index);
     void CmDone();
+    void CmModem();
     void CmPortDevice();
 
   protected:

@@ -10,6 +10,7 @@
 #include "gui/basic/wizard_dialog.h"
 #include "gui/cellular/cell_phone_dialog.h"
 #include "gui/link/pgm_dialog.h"
+#include "gui/modem/modem_dialog.h"
 #include "gui/shell/work_area.h"
 
 #include "gui/directory/dir_win.h"
@@ -379,8 +380,17 @@ void Main::CmProgram()
     // In Basic mode the codes live in System Settings, the editor that mode shows.
     dialog.session().openGeneralEditor = [this] { space.basicMode() ? CmSimGen() : CmGeneral(); };
     dialog.session().openSummary = [this] { showSummary(Category::Warnings); };
-    dialog.exec();
+    if (dialog.exec() == PgmDialog::kModemResult)
+        CmModem();
     updateCommands();
+}
+
+void Main::CmModem()
+{
+    ModemDialog dialog(space, *activePrompter, this);
+    dialog.openGeneralEditor = [this] { space.basicMode() ? CmSimGen() : CmGeneral(); };
+    dialog.openSummary = [this] { showSummary(Category::Warnings); };
+    dialog.exec();
 }
 
 void Main::CmSummary() { showSummary(Category::All); }

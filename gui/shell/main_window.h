@@ -72,6 +72,7 @@ class Main : public QMainWindow {
     void CmGroup5();
     void CmGroup6();
     void CmProgram();
+    void CmModem();
     void CmSummary();
     void CmWaveEdit();
     void CmVoiceEdit();
