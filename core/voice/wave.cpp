@@ -123,8 +123,18 @@ class BlockBuffer {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSamples, framesLeft));
         const std::size_t got = source.read(std::span(scratch).first(wanted * frameBytes)) / frameBytes;
         framesLeft -= got;
-        for (std::size_t i = 0; i < got; ++i)
-            buffer[i] = frameSample(format, scratch.data() + i * frameBytes);
+        const std::uint8_t* bytes = scratch.data();
+        // The unit's own recordings, 16 or 8-bit mono, take a loop of their own:
+        // the same samples as frameSample without asking the format each time.
+        if (format.plainMono() && format.bitsPerSample == 16) {
+            for (std::size_t i = 0; i < got; ++i)
+                buffer[i] = static_cast<std::int16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
+        } else if (format.plainMono()) {
+            std::copy_n(bytes, got, buffer.begin());
+        } else {
+            for (std::size_t i = 0; i < got; ++i)
+                buffer[i] = frameSample(format, bytes + i * frameBytes);
+        }
     }
 
     ByteSource& source;
@@ -418,14 +428,18 @@ VoxConversion convertWave(ByteSource& source)
             }
         } else {
             const double position = i * ratio;
-            const auto whole = static_cast<std::uint64_t>(position);
-            const double fraction = position - static_cast<double>(whole);
+            // Through a signed integer: one instruction each way, and positions are far below 2^63.
+            const auto signedWhole = static_cast<std::int64_t>(position);
+            const auto whole = static_cast<std::uint64_t>(signedWhole);
+            const double fraction = position - static_cast<double>(signedWhole);
             sample = input.at(whole);
-            if (fraction > 0.05) {
-                const double step = (input.after(whole) - sample) * fraction;
-                if (step < -0.5 || step > 0.5)
-                    sample = static_cast<int>(sample + step);
-            }
+            // Worked out every time and chosen without a branch: whether a
+            // sample is interpolated depends on the recording, so a branch
+            // on it is mispredicted half the time.
+            const double step = (input.after(whole) - sample) * fraction;
+            const bool interpolate = (fraction > 0.05) & ((step < -0.5) | (step > 0.5));
+            const int interpolated = static_cast<int>(sample + step);
+            sample = interpolate ? interpolated : sample;
         }
         const int code = codec.ADPCMencode(to12Bits(sample, scale));
         if (codec.predictor == kMaxSample12 || codec.predictor == kMinSample12)
