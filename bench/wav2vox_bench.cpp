@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -49,6 +50,30 @@ double medianSeconds(int runs, const std::function<bool()>& work)
         if (!work())
             return -1;
         times.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// The processor time the child processes of a run took (user and system):
+// on a machine shared with other work this moves far less than the wall
+// clock, and it leaves out waiting for the disk.
+double childSeconds()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [](const timeval& time) { return static_cast<double>(time.tv_sec) + time.tv_usec / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double medianChildSeconds(int runs, const std::string& command)
+{
+    std::vector<double> times;
+    for (int run = 0; run < runs; ++run) {
+        const double before = childSeconds();
+        if (std::system(command.c_str()) != 0)
+            return -1;
+        times.push_back(childSeconds() - before);
     }
     std::sort(times.begin(), times.end());
     return times[times.size() / 2];
@@ -99,8 +124,17 @@ int main(int argc, char** argv)
         std::printf("sox -r 8000 -t vox (process):    %8.3f s  (%ju bytes)\n", theirs,
                     static_cast<std::uintmax_t>(std::filesystem::file_size(dir / "sox.vox")));
         std::printf("sox / convertWave:               %8.1f x\n", theirs / ours);
-        if (cli > 0)
+        if (cli > 0) {
             std::printf("sox / rk4 wav2vox:               %8.1f x\n", theirs / cli);
+            const std::string command =
+                "'" + rk4Path + "' wav2vox '" + wave.string() + "' '" + (dir / "cli.vox").string() + "' >/dev/null";
+            const double cliCpu = medianChildSeconds(runs, command);
+            const double soxCpu = medianChildSeconds(runs, sox);
+            std::printf("processor time, rk4 wav2vox:     %8.3f s\n", cliCpu);
+            std::printf("processor time, sox:             %8.3f s\n", soxCpu);
+            if (cliCpu > 0 && soxCpu > 0)
+                std::printf("sox / rk4 wav2vox, processor:    %8.1f x\n", soxCpu / cliCpu);
+        }
     }
     std::filesystem::remove_all(dir);
     return 0;
