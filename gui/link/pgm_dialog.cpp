@@ -1,6 +1,7 @@
 #include "gui/link/pgm_dialog.h"
 
 #include "gui/link/com_dialog.h"
+#include "gui/link/transfer_buttons.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -24,16 +25,6 @@ namespace {
 // the vocabulary without the two questions.
 constexpr int kShortcutX = 421;
 constexpr int kShortcutY = 181;
-
-QPushButton* transferButton(QWidget* parent, const QString& text, const char* name, const QString& help)
-{
-    auto* button = new QPushButton(text, parent);
-    button->setObjectName(name);
-    button->setWhatsThis(help);
-    button->setToolTip(help);
-    button->setMinimumHeight(32);
-    return button;
-}
 
 QStringList candidateDevices(const QString& current)
 {
@@ -92,23 +83,9 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     layout->addWidget(portBox);
 
     auto* actions = new QGridLayout;
-    auto* sendData =
-        transferButton(this, "Write to Rk4", "sendDataButton", "Send the configuration in the programmer to the unit.");
-    auto* receiveData = transferButton(this, "Read from Rk4", "receiveDataButton",
-                                       "Read the unit's configuration into the programmer.");
-    auto* sendVoice =
-        transferButton(this, "Write Voices...", "sendVoiceButton", "Send a voice message file (*.msg) to the unit.");
-    auto* receiveVoice = transferButton(this, "Read Voices...", "receiveVoiceButton",
-                                        "Read the unit's voice messages into a file (*.msg).");
-    auto* writeVocab = transferButton(this, "Write Vocabulary...", "writeVocabButton",
-                                      "Send a vocabulary file (*.bin) to the unit. This erases its stored voices.");
-    actions->addWidget(sendData, 0, 0);
-    actions->addWidget(receiveData, 0, 1);
-    actions->addWidget(sendVoice, 1, 0);
-    actions->addWidget(receiveVoice, 1, 1);
-    actions->addWidget(writeVocab, 2, 0);
+    const TransferButtons transfers = addTransferButtons(this, actions);
     layout->addLayout(actions);
-    transferButtons = {sendData, receiveData, sendVoice, receiveVoice, writeVocab, deviceButton};
+    transferButtons = transfers.all() << deviceButton;
 
     auto* lines = new QGridLayout;
     statusLabel = new QLabel(this);
@@ -151,11 +128,11 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     programming->onProgress = [this] { refresh(); };
     programming->beep = [] { QApplication::beep(); };
 
-    connect(sendData, &QPushButton::clicked, this, &PgmDialog::CmSendData);
-    connect(receiveData, &QPushButton::clicked, this, &PgmDialog::CmReceiveData);
-    connect(sendVoice, &QPushButton::clicked, this, &PgmDialog::CmSendVoice);
-    connect(receiveVoice, &QPushButton::clicked, this, &PgmDialog::CmReceiveVoice);
-    connect(writeVocab, &QPushButton::clicked, this, &PgmDialog::CmWriteVocab);
+    connect(transfers.sendData, &QPushButton::clicked, this, &PgmDialog::CmSendData);
+    connect(transfers.receiveData, &QPushButton::clicked, this, &PgmDialog::CmReceiveData);
+    connect(transfers.sendVoice, &QPushButton::clicked, this, &PgmDialog::CmSendVoice);
+    connect(transfers.receiveVoice, &QPushButton::clicked, this, &PgmDialog::CmReceiveVoice);
+    connect(transfers.writeVocab, &QPushButton::clicked, this, &PgmDialog::CmWriteVocab);
     connect(deviceButton, &QPushButton::clicked, this, &PgmDialog::CmPortDevice);
     connect(doneButton, &QPushButton::clicked, this, &PgmDialog::CmDone);
     connect(modemButton, &QPushButton::clicked, this, &PgmDialog::CmModem);
@@ -223,13 +200,7 @@ void PgmDialog::CmSendData() { startTransfer(programming->Send(link::TransferKin
 
 void PgmDialog::CmWriteVocab()
 {
-    if (prompter.ask(Message{"WARNING",
-                             " Writing the vocabulary will destroy all of the stored voices in the Rk4!    Do you "
-                             "want to proceed?",
-                             Icon::Warning, Buttons::YesNo}) != Answer::Yes)
-        return;
-    if (prompter.ask(Message{"WARNING", "          ARE YOU SURE?          ", Icon::Warning, Buttons::YesNo}) !=
-        Answer::Yes)
+    if (!confirmVocabularyWrite(prompter))
         return;
     writeVocabulary();
 }

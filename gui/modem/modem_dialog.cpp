@@ -3,6 +3,7 @@
 #include "core/link/port_slots.h"
 #include "core/link/serial_transport.h"
 #include "gui/link/com_dialog.h"
+#include "gui/link/transfer_buttons.h"
 #include "gui/modem/modem_configure_dialog.h"
 
 #include <QApplication>
@@ -17,20 +18,6 @@
 #include <QVBoxLayout>
 
 namespace rk4::gui {
-
-namespace {
-
-QPushButton* button(QWidget* parent, const QString& text, const char* name, const QString& help)
-{
-    auto* created = new QPushButton(text, parent);
-    created->setObjectName(name);
-    created->setWhatsThis(help);
-    created->setToolTip(help);
-    created->setMinimumHeight(30);
-    return created;
-}
-
-} // namespace
 
 namespace {
 
@@ -74,9 +61,9 @@ ModemDialog::ModemDialog(Workspace& workspace, Prompter& prompter, QWidget* pare
     portCombo->setCurrentIndex(settings.portSlot == modem::kSearchAllPorts ? kAnyPortIndex : settings.portSlot + 1);
     numberLabel = new QLabel(lineBox);
     numberLabel->setObjectName("numberLabel");
-    dialButton = button(lineBox, "&Dial...", "dialButton", "Enter the unit's telephone number and call it.");
+    dialButton = helpedButton(lineBox, "&Dial...", "dialButton", "Enter the unit's telephone number and call it.");
     disconnectButton =
-        button(lineBox, "Dis&connect", "disconnectButton", "Tell the unit the session is over and hang up.");
+        helpedButton(lineBox, "Dis&connect", "disconnectButton", "Tell the unit the session is over and hang up.");
     lineLayout->addWidget(new QLabel("Modem:", lineBox), 0, 0);
     lineLayout->addWidget(portCombo, 0, 1);
     lineLayout->addWidget(dialButton, 0, 2);
@@ -88,23 +75,9 @@ ModemDialog::ModemDialog(Workspace& workspace, Prompter& prompter, QWidget* pare
 
     auto* transferBox = new QGroupBox("Transfers over the call", this);
     auto* actions = new QGridLayout(transferBox);
-    auto* sendData =
-        button(transferBox, "Write to Rk4", "sendDataButton", "Send the configuration in the programmer to the unit.");
-    auto* receiveData =
-        button(transferBox, "Read from Rk4", "receiveDataButton", "Read the unit's configuration into the programmer.");
-    auto* sendVoice =
-        button(transferBox, "Write Voices...", "sendVoiceButton", "Send a voice message file (*.msg) to the unit.");
-    auto* receiveVoice = button(transferBox, "Read Voices...", "receiveVoiceButton",
-                                "Read the unit's voice messages into a file (*.msg).");
-    auto* writeVocab = button(transferBox, "Write Vocabulary...", "writeVocabButton",
-                              "Send a vocabulary file (*.bin) to the unit. This erases its stored voices.");
-    actions->addWidget(sendData, 0, 0);
-    actions->addWidget(receiveData, 0, 1);
-    actions->addWidget(sendVoice, 1, 0);
-    actions->addWidget(receiveVoice, 1, 1);
-    actions->addWidget(writeVocab, 2, 0);
+    const TransferButtons transfers = addTransferButtons(transferBox, actions);
     layout->addWidget(transferBox);
-    transferButtons = {sendData, receiveData, sendVoice, receiveVoice, writeVocab};
+    transferButtons = transfers.all();
 
     auto* lines = new QGridLayout;
     statusLabel = new QLabel(this);
@@ -121,7 +94,7 @@ ModemDialog::ModemDialog(Workspace& workspace, Prompter& prompter, QWidget* pare
 
     auto* bottom = new QHBoxLayout;
     bottom->addStretch();
-    doneButton = button(this, "Done", "doneButton", "Hang up if a call is up, and close this dialog.");
+    doneButton = helpedButton(this, "Done", "doneButton", "Hang up if a call is up, and close this dialog.");
     bottom->addWidget(doneButton);
     layout->addLayout(bottom);
 
@@ -133,11 +106,11 @@ ModemDialog::ModemDialog(Workspace& workspace, Prompter& prompter, QWidget* pare
 
     connect(dialButton, &QPushButton::clicked, this, &ModemDialog::CmDial);
     connect(disconnectButton, &QPushButton::clicked, this, &ModemDialog::CmDisconnect);
-    connect(sendData, &QPushButton::clicked, this, &ModemDialog::CmSendData);
-    connect(receiveData, &QPushButton::clicked, this, &ModemDialog::CmReceiveData);
-    connect(sendVoice, &QPushButton::clicked, this, &ModemDialog::CmSendVoice);
-    connect(receiveVoice, &QPushButton::clicked, this, &ModemDialog::CmReceiveVoice);
-    connect(writeVocab, &QPushButton::clicked, this, &ModemDialog::CmWriteVocab);
+    connect(transfers.sendData, &QPushButton::clicked, this, &ModemDialog::CmSendData);
+    connect(transfers.receiveData, &QPushButton::clicked, this, &ModemDialog::CmReceiveData);
+    connect(transfers.sendVoice, &QPushButton::clicked, this, &ModemDialog::CmSendVoice);
+    connect(transfers.receiveVoice, &QPushButton::clicked, this, &ModemDialog::CmReceiveVoice);
+    connect(transfers.writeVocab, &QPushButton::clicked, this, &ModemDialog::CmWriteVocab);
     connect(doneButton, &QPushButton::clicked, this, &ModemDialog::CmDone);
     connect(portCombo, &QComboBox::currentIndexChanged, this, &ModemDialog::CmModemPort);
     connect(tickTimer, &QTimer::timeout, this, &ModemDialog::tick);
@@ -224,13 +197,7 @@ void ModemDialog::CmSendData() { modemLink->CmSendData(clock.now()); }
 
 void ModemDialog::CmWriteVocab()
 {
-    if (prompter.ask(Message{"WARNING",
-                             " Writing the vocabulary will destroy all of the stored voices in the Rk4!    Do you "
-                             "want to proceed?",
-                             Icon::Warning, Buttons::YesNo}) != Answer::Yes)
-        return;
-    if (prompter.ask(Message{"WARNING", "          ARE YOU SURE?          ", Icon::Warning, Buttons::YesNo}) !=
-        Answer::Yes)
+    if (!confirmVocabularyWrite(prompter))
         return;
     modemLink->CmSendVocab(clock.now());
 }

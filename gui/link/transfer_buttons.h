@@ -1,0 +1,34 @@
+#pragma once
+// The five transfer buttons the programming dialog and the modem dialog share,
+// laid out in a grid, and the two questions before a vocabulary write.
+
+#include "core/common/prompter.h"
+
+#include <QList>
+
+class QGridLayout;
+class QPushButton;
+class QString;
+class QWidget;
+
+namespace rk4::gui {
+
+struct TransferButtons {
+    QPushButton* sendData;
+    QPushButton* receiveData;
+    QPushButton* sendVoice;
+    QPushButton* receiveVoice;
+    QPushButton* writeVocab;
+
+    QList<QPushButton*> all() const { return {sendData, receiveData, sendVoice, receiveVoice, writeVocab}; }
+};
+
+// A button with its object name and the help for What's This and its tip.
+QPushButton* helpedButton(QWidget* parent, const QString& text, const char* name, const QString& help);
+
+TransferButtons addTransferButtons(QWidget* parent, QGridLayout* grid);
+
+// " Writing the vocabulary will destroy ..." and "ARE YOU SURE?": true on two Yes.
+bool confirmVocabularyWrite(Prompter& prompter);
+
+} // namespace rk4::gui
