@@ -56,9 +56,14 @@ std::optional<int> parseNumber(const std::string& text)
 
 void SpeechSettings::setVoiceName(const std::string& name)
 {
+    // A voice names its language first: "+f2" alone would be saved as no
+    // voice at all, so the voice stays as it was.
     const auto plus = name.find('+');
-    language = name.substr(0, plus);
-    variant = plus == std::string::npos ? std::string() : name.substr(plus + 1);
+    std::string named = trimBlanks(name.substr(0, plus));
+    if (named.empty())
+        return;
+    language = std::move(named);
+    variant = plus == std::string::npos ? std::string() : trimBlanks(name.substr(plus + 1));
 }
 
 SpeechSettings SpeechSettings::parse(const std::string& text)
@@ -75,8 +80,7 @@ SpeechSettings SpeechSettings::parse(const std::string& text)
         const std::string key = trimBlanks(line.substr(0, equals));
         const std::string value = trimBlanks(line.substr(equals + 1));
         const auto number = parseNumber(value);
-        // A voice names its language first: "+f2" alone would save as no voice at all.
-        if (key == "voice" && !value.empty() && value.front() != '+' && value.size() <= 40)
+        if (key == "voice" && !value.empty() && value.size() <= 40)
             settings.setVoiceName(value);
         else if (key == "speed" && number && *number >= kSlowestSpeech && *number <= kFastestSpeech)
             settings.speed = *number;
