@@ -6,7 +6,7 @@ stage="$(mktemp -d)"
 direct="$(mktemp -d)"
 trap 'rm -rf "$stage" "$direct"' EXIT
 DESTDIR="$stage" cmake --install "$build" --prefix /usr >/dev/null
-for file in usr/bin/rk4prog usr/bin/rk4 usr/bin/rk4-unitsim usr/share/applications/rk4prog.desktop \
+for file in usr/bin/rk4prog usr/bin/rk4 usr/bin/rk4-unitsim usr/bin/rk4-modemsim usr/bin/rk4-cellsim usr/share/applications/rk4prog.desktop \
             usr/share/mime/packages/rk4prog-data.xml usr/share/icons/hicolor/scalable/apps/rk4prog.svg; do
   [ -e "$stage/$file" ] || { echo "missing after install: $file"; exit 1; }
 done
