@@ -24,6 +24,7 @@ struct MsgOptions {
     std::vector<std::string> assignments;
     std::string slot;
     std::string phrase;
+    SpeechOptions speech;
 };
 
 constexpr std::uint64_t kStoreBlocks = kVoiceStoreBytes / kMessageBlock;
@@ -79,7 +80,7 @@ int build(const MsgOptions& options, Context& context)
 {
     std::array<std::optional<std::vector<std::uint8_t>>, kSlotCount> phrases;
     std::set<int> given;
-    const PhraseSources sources = standardPhraseSources();
+    const PhraseSources sources = standardPhraseSources(speechSettings(options.speech));
     for (const std::string& text : options.assignments) {
         std::string problem;
         const auto assignment = parseSlotAssignment(text, problem);
@@ -167,13 +168,16 @@ VerbBody addMsgVerb(CLI::App& rk4, Context& context)
     options->list = verb->add_subcommand("list", "Show each slot's phrase length and place in the file");
     options->list->add_option("FILE.msg", options->file, "The voice message file")->required();
 
-    options->build = verb->add_subcommand("build", "Make a voice message file from phrase files");
+    options->build = verb->add_subcommand("build", "Make a voice message file from phrase files or text");
     options->build->add_option("OUT.msg", options->file, "The voice message file to write")->required();
     options->build
         ->add_option("SLOT=PHRASE.vox", options->assignments,
-                     "A slot and its phrase file; each phrase gives its whole 4096-byte blocks")
+                     "A slot and its phrase file, or SLOT=text:WORDS to speak WORDS; each phrase gives its "
+                     "whole 4096-byte blocks")
         ->required();
-    options->build->footer(slots);
+    addSpeechOptions(*options->build, options->speech);
+    options->build->footer(slots + "Spoken phrases use " + kSpeechSettingsFile +
+                           " in the working folder, or English at 150 words a minute.\n");
 
     options->extract = verb->add_subcommand("extract", "Copy one slot's phrase out to a phrase file");
     options->extract->add_option("FILE.msg", options->file, "The voice message file")->required();

@@ -3,6 +3,8 @@
 #include "core/database/file.h"
 #include "core/link/port_slots.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cctype>
 #include <ostream>
 
@@ -68,6 +70,22 @@ std::optional<int> portSlotNumber(const std::string& text)
     if (digits.size() != 1 || digits[0] < '1' || digits[0] > '0' + link::kPortSlotCount)
         return std::nullopt;
     return digits[0] - '1';
+}
+
+void addSpeechOptions(CLI::App& verb, SpeechOptions& options)
+{
+    verb.add_option("--voice", options.voice, "The synthesiser's voice, LANGUAGE or LANGUAGE+VARIANT (e.g. en+m3)");
+    verb.add_option("--speed", options.speed, "Words a minute")->check(CLI::Range(kSlowestSpeech, kFastestSpeech));
+}
+
+SpeechSettings speechSettings(const SpeechOptions& options)
+{
+    SpeechSettings settings = SpeechSettings::load(speechSettingsPath(std::filesystem::current_path()));
+    if (!options.voice.empty())
+        settings.setVoiceName(options.voice);
+    if (options.speed)
+        settings.speed = options.speed;
+    return settings;
 }
 
 } // namespace rk4::cli

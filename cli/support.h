@@ -7,6 +7,7 @@
 #include "core/database/compare.h"
 #include "core/database/database.h"
 #include "core/database/file.h"
+#include "core/voice/speech.h"
 
 #include <filesystem>
 #include <optional>
@@ -53,5 +54,13 @@ int reportDifferences(const std::vector<FieldDifference>& differences, const Com
 
 // "COM3", "COM 3", "com3" or "3" for slot 2; nothing for anything else.
 std::optional<int> portSlotNumber(const std::string& text);
+
+// --voice and --speed, over the speech settings kept in the working directory.
+struct SpeechOptions {
+    std::string voice;
+    int speed = 0; // 0: as the settings say
+};
+void addSpeechOptions(CLI::App& verb, SpeechOptions& options);
+SpeechSettings speechSettings(const SpeechOptions& options);
 
 } // namespace rk4::cli

@@ -15,6 +15,7 @@ VerbBody addSummaryVerb(CLI::App&, Context&);
 VerbBody addPortsVerb(CLI::App&, Context&);
 VerbBody addWav2voxVerb(CLI::App&, Context&);
 VerbBody addVox2wavVerb(CLI::App&, Context&);
+VerbBody addSpeakVerb(CLI::App&, Context&);
 VerbBody addWriteVerb(CLI::App&, Context&);
 VerbBody addReadVerb(CLI::App&, Context&);
 VerbBody addVerifyVerb(CLI::App&, Context&);
@@ -41,6 +42,7 @@ constexpr AddVerb kVerbs[] = {
     addPortsVerb,
     addWav2voxVerb,
     addVox2wavVerb,
+    addSpeakVerb,
     addWriteVerb,
     addReadVerb,
     addVerifyVerb,

@@ -263,7 +263,12 @@ PhraseLoad PhraseSources::load(const std::string& source) const
     return readPhraseFile(source);
 }
 
-PhraseSources standardPhraseSources() { return PhraseSources(); }
+PhraseSources standardPhraseSources(const SpeechSettings& speech)
+{
+    PhraseSources sources;
+    sources.add("text", [speech](const std::string& words) { return spokenPhraseLoad(words, speech); });
+    return sources;
+}
 
 std::optional<SlotAssignment> parseSlotAssignment(const std::string& text, std::string& problem)
 {

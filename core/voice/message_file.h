@@ -6,6 +6,8 @@
 // Slots are numbered as the technician knows them: 0 is the Site ID, 1..30
 // are points 1..30 and 31..38 are groups 1..8.
 
+#include "core/voice/speech.h"
+
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -111,8 +113,9 @@ class PhraseSources {
 };
 
 // The sources every part of the program knows: phrase files, plus each way
-// of making a phrase that registers itself here.
-PhraseSources standardPhraseSources();
+// of making a phrase that registers itself here. "text:WORDS" speaks WORDS
+// in the voice `speech` gives.
+PhraseSources standardPhraseSources(const SpeechSettings& speech = {});
 
 struct SlotAssignment {
     int slot = 0;

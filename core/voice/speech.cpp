@@ -2,6 +2,7 @@
 
 #include "core/common/safe_file.h"
 #include "core/common/text.h"
+#include "core/voice/message_file.h"
 
 #include <espeak-ng/speak_lib.h>
 
@@ -162,6 +163,14 @@ VoxConversion speakPhrase(const std::string& text, const SpeechSettings& setting
         return refused;
     }
     return convertWave(waveFileBytes(speech.samples, speech.sampleRate));
+}
+
+PhraseLoad spokenPhraseLoad(const std::string& words, const SpeechSettings& settings)
+{
+    VoxConversion phrase = speakPhrase(words, settings);
+    if (!phrase.format.convertible())
+        return {{}, "\"" + words + "\": " + phrase.format.problem};
+    return {std::move(phrase.vox), {}};
 }
 
 } // namespace rk4

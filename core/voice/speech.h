@@ -60,4 +60,9 @@ Speech synthesise(const std::string& text, const SpeechSettings& settings);
 // says why there is none.
 VoxConversion speakPhrase(const std::string& text, const SpeechSettings& settings);
 
+// The phrase of a slot given as "text:WORDS": what speakPhrase makes of
+// WORDS, or why there is none.
+struct PhraseLoad;
+PhraseLoad spokenPhraseLoad(const std::string& words, const SpeechSettings& settings);
+
 } // namespace rk4
