@@ -130,12 +130,9 @@ int main(int argc, char** argv)
     if (!arguments)
         return 2;
 
-    auto terminal = sim::openPseudoTerminal();
-    if (!terminal) {
-        std::cerr << "rk4-cellsim: cannot create a pseudo-terminal: " << std::strerror(errno) << "\n";
+    auto terminal = sim::startServing("rk4-cellsim");
+    if (!terminal)
         return 1;
-    }
-    sim::stopOnSignals();
 
     SteadyClock clock;
     link::FdTransport master(terminal->master);

@@ -1,8 +1,11 @@
 #include "sim/common/pseudo_terminal.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
+#include <iostream>
 #include <termios.h>
 #include <unistd.h>
 
@@ -55,5 +58,16 @@ void stopOnSignals()
 }
 
 bool stopRequested() { return stopping != 0; }
+
+std::optional<PseudoTerminal> startServing(const char* program)
+{
+    auto terminal = openPseudoTerminal();
+    if (!terminal) {
+        std::cerr << program << ": cannot create a pseudo-terminal: " << std::strerror(errno) << "\n";
+        return std::nullopt;
+    }
+    stopOnSignals();
+    return terminal;
+}
 
 } // namespace rk4::sim

@@ -21,6 +21,11 @@ void closePseudoTerminal(PseudoTerminal& terminal);
 
 // SIGINT and SIGTERM ask the peer to stop; a closed pipe is no reason to die.
 void stopOnSignals();
+
+// A peer's start: its pseudo-terminal opened and the signals set to stop it.
+// Says why on stderr, as `program`, and gives nothing when there is no
+// pseudo-terminal to be had.
+std::optional<PseudoTerminal> startServing(const char* program);
 bool stopRequested();
 
 } // namespace rk4::sim

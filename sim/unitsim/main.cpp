@@ -140,13 +140,9 @@ int main(int argc, char** argv)
     if (!arguments)
         return 2;
 
-    auto terminal = sim::openPseudoTerminal();
-    if (!terminal) {
-        std::cerr << "rk4-unitsim: cannot create a pseudo-terminal: " << std::strerror(errno) << "\n";
+    auto terminal = sim::startServing("rk4-unitsim");
+    if (!terminal)
         return 1;
-    }
-
-    sim::stopOnSignals();
 
     SteadyClock clock;
     FdTransport master(terminal->master);
