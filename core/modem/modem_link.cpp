@@ -14,7 +14,7 @@ using link::TransferKind;
 
 ModemLink::ModemLink(Workspace& workspace, Prompter& prompter, std::vector<ModemCandidate> ports,
                      ModemSettings settings)
-    : workspace(workspace), prompter(prompter), candidates(std::move(ports)), kept(std::move(settings))
+    : prompter(prompter), candidates(std::move(ports)), kept(std::move(settings))
 {
     if (candidates.empty())
         throw std::invalid_argument("ModemLink needs a port to look for the modem on");

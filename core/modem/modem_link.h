@@ -119,7 +119,6 @@ class ModemLink {
     void transferEnded();
     void beginShutdown(Millis now);
 
-    Workspace& workspace;
     Prompter& prompter;
     std::vector<ModemCandidate> candidates;
     std::vector<std::unique_ptr<Telephony>> lines; // one for each candidate

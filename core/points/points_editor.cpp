@@ -55,7 +55,7 @@ std::string scaledText(std::uint16_t stored, std::uint8_t places)
     if (digits > 0) {
         if (text.size() <= static_cast<std::size_t>(digits))
             text.insert(0, digits + 1 - text.size(), '0');
-        text.insert(text.size() - digits, ".");
+        text.insert(text.size() - digits, 1, '.');
     }
     return (value < 0 ? "-" : "") + text;
 }
