@@ -21,6 +21,7 @@
 #include "gui/settings/group_dialog.h"
 #include "gui/shell/editor_window.h"
 
+#include "gui/voice/speak_commands.h"
 #include "gui/voice/vedit_dialog.h"
 #include "gui/voice/wave_dialog.h"
 #include <algorithm>
@@ -521,6 +522,7 @@ void Main::CmWaveEdit()
 void Main::CmVoiceEdit()
 {
     VeditDialog dialog(space, *activePrompter, this);
+    addSpeakCommands(dialog, space, *activePrompter);
     dialog.exec();
 }
 
