@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace rk4 {
@@ -83,6 +84,11 @@ class SafeFileWriter {
 
 // The whole file at once.
 SaveResult writeFileAtomically(const std::filesystem::path& target, std::span<const std::uint8_t> bytes);
+// A text file, written the same way.
+inline SaveResult writeFileAtomically(const std::filesystem::path& target, std::string_view text)
+{
+    return writeFileAtomically(target, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+}
 
 // Removes the temporary files that saves of `target` by processes that no
 // longer run left behind (a kill or a power cut between create and rename).

@@ -979,7 +979,7 @@ ImportResult readTextFormFile(const std::filesystem::path& path)
 SaveResult writeTextFormFile(const std::filesystem::path& path, const Database& db)
 {
     const std::string text = exportText(db);
-    return writeFileAtomically(path, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+    return writeFileAtomically(path, std::string_view(text));
 }
 
 bool isTextFormName(const std::filesystem::path& path)

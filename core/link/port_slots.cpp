@@ -57,8 +57,7 @@ bool PortBindings::save(const std::filesystem::path& file) const
     for (int slot = 0; slot < kPortSlotCount; ++slot)
         out << portSlotName(slot) << " = " << paths[static_cast<std::size_t>(slot)] << "\n";
     const std::string text = out.str();
-    return static_cast<bool>(
-        writeFileAtomically(file, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size())));
+    return static_cast<bool>(writeFileAtomically(file, std::string_view(text)));
 }
 
 std::string PortBindings::path(int slot) const

@@ -112,8 +112,7 @@ std::string SpeechSettings::text() const
 bool SpeechSettings::save(const std::filesystem::path& file) const
 {
     const std::string content = text();
-    return static_cast<bool>(
-        writeFileAtomically(file, std::span(reinterpret_cast<const std::uint8_t*>(content.data()), content.size())));
+    return static_cast<bool>(writeFileAtomically(file, std::string_view(content)));
 }
 
 std::filesystem::path speechSettingsPath(const std::filesystem::path& workingDirectory)

@@ -76,6 +76,17 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
     }
 }
 
+// Writes site.msg to a simulated unit and reads it back as back.msg.
+void sendAndReadBackVoices(const test::TempDir& dir)
+{
+    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
+    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
+    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
+    ASSERT_EQ(write.code, 0) << write.err;
+    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
+    ASSERT_EQ(read.code, 0) << read.err;
+}
+
 } // namespace
 
 TEST(CommandLineOverPty, CleanLineWritesAndReadsTheSameImage) { expectRoundTrip({}, ""); }
@@ -100,12 +111,7 @@ TEST(CommandLineOverPty, CleanLineCarriesAMessageFileBuiltFromConvertedPhrases)
     const std::string message = contents(dir / "site.msg");
     ASSERT_GT(message.size(), 4u * 4096);
 
-    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
-    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
-    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
-    ASSERT_EQ(write.code, 0) << write.err;
-    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
-    ASSERT_EQ(read.code, 0) << read.err;
+    sendAndReadBackVoices(dir);
     EXPECT_EQ(contents(dir / "back.msg"), message);
     const ProgramRun listed = runProgram(dir.path(), {"msg", "list", "back.msg"});
     EXPECT_EQ(listed.code, 0) << listed.err;
@@ -127,12 +133,7 @@ TEST(CommandLineOverPty, CleanLineCarriesSpokenPhrasesBesideAConvertedRecording)
     const std::string message = contents(dir / "site.msg");
     ASSERT_GE(message.size(), 4u * 4096);
 
-    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
-    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
-    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
-    ASSERT_EQ(write.code, 0) << write.err;
-    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
-    ASSERT_EQ(read.code, 0) << read.err;
+    sendAndReadBackVoices(dir);
     EXPECT_EQ(contents(dir / "back.msg"), message);
 }
 
