@@ -87,17 +87,9 @@ PgmDialog::PgmDialog(Workspace& workspace, Prompter& prompter, QWidget* parent)
     layout->addLayout(actions);
     transferButtons = transfers.all() << deviceButton;
 
-    auto* lines = new QGridLayout;
-    statusLabel = new QLabel(this);
-    statusLabel->setObjectName("statusLabel");
-    versionLabel = new QLabel(this);
-    versionLabel->setObjectName("versionLabel");
-    lines->addWidget(new QLabel("Status:", this), 0, 0);
-    lines->addWidget(statusLabel, 0, 1);
-    lines->addWidget(new QLabel("Unit:", this), 1, 0);
-    lines->addWidget(versionLabel, 1, 1);
-    lines->setColumnStretch(1, 1);
-    layout->addLayout(lines);
+    const StatusLines status = addStatusLines(this, layout, "What the transfer is doing.");
+    statusLabel = status.status;
+    versionLabel = status.version;
     layout->addStretch();
 
     auto* bottom = new QHBoxLayout;

@@ -1,6 +1,8 @@
 #include "gui/link/transfer_buttons.h"
 
+#include <QBoxLayout>
 #include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 
 namespace rk4::gui {
@@ -13,6 +15,22 @@ QPushButton* helpedButton(QWidget* parent, const QString& text, const char* name
     button->setToolTip(help);
     button->setMinimumHeight(32);
     return button;
+}
+
+StatusLines addStatusLines(QWidget* parent, QBoxLayout* layout, const QString& statusHelp)
+{
+    StatusLines labels{new QLabel(parent), new QLabel(parent)};
+    labels.status->setObjectName("statusLabel");
+    labels.status->setWhatsThis(statusHelp);
+    labels.version->setObjectName("versionLabel");
+    auto* lines = new QGridLayout;
+    lines->addWidget(new QLabel("Status:", parent), 0, 0);
+    lines->addWidget(labels.status, 0, 1);
+    lines->addWidget(new QLabel("Unit:", parent), 1, 0);
+    lines->addWidget(labels.version, 1, 1);
+    lines->setColumnStretch(1, 1);
+    layout->addLayout(lines);
+    return labels;
 }
 
 TransferButtons addTransferButtons(QWidget* parent, QGridLayout* grid)

@@ -6,7 +6,9 @@
 
 #include <QList>
 
+class QBoxLayout;
 class QGridLayout;
+class QLabel;
 class QPushButton;
 class QString;
 class QWidget;
@@ -27,6 +29,13 @@ struct TransferButtons {
 QPushButton* helpedButton(QWidget* parent, const QString& text, const char* name, const QString& help);
 
 TransferButtons addTransferButtons(QWidget* parent, QGridLayout* grid);
+
+// The "Status:" and "Unit:" lines both dialogs show under their buttons.
+struct StatusLines {
+    QLabel* status;
+    QLabel* version;
+};
+StatusLines addStatusLines(QWidget* parent, QBoxLayout* layout, const QString& statusHelp);
 
 // " Writing the vocabulary will destroy ..." and "ARE YOU SURE?": true on two Yes.
 bool confirmVocabularyWrite(Prompter& prompter);

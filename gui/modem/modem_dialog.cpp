@@ -79,18 +79,9 @@ ModemDialog::ModemDialog(Workspace& workspace, Prompter& prompter, QWidget* pare
     layout->addWidget(transferBox);
     transferButtons = transfers.all();
 
-    auto* lines = new QGridLayout;
-    statusLabel = new QLabel(this);
-    statusLabel->setObjectName("statusLabel");
-    statusLabel->setWhatsThis("What the line and the transfer are doing.");
-    versionLabel = new QLabel(this);
-    versionLabel->setObjectName("versionLabel");
-    lines->addWidget(new QLabel("Status:", this), 0, 0);
-    lines->addWidget(statusLabel, 0, 1);
-    lines->addWidget(new QLabel("Unit:", this), 1, 0);
-    lines->addWidget(versionLabel, 1, 1);
-    lines->setColumnStretch(1, 1);
-    layout->addLayout(lines);
+    const StatusLines status = addStatusLines(this, layout, "What the line and the transfer are doing.");
+    statusLabel = status.status;
+    versionLabel = status.version;
 
     auto* bottom = new QHBoxLayout;
     bottom->addStretch();

@@ -2,6 +2,7 @@
 #include "core/database/directory_codec.h"
 #include "gui/basic/sim_dir_dialog.h"
 #include "gui/shell/main_window.h"
+#include "tests/support/basic_main.h"
 #include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
@@ -24,22 +25,8 @@ using test::whenDialogOpens;
 const char kNoAckA[] = "Directory A has phone numbers but the Acknowledge Code is empty.  Calls from this directory "
                        "cannot be stopped without an Acknowledge code.  Do you want to enter the code now?";
 
-class SimDialogsTest : public ::testing::Test {
+class SimDialogsTest : public test::BasicMainTest {
   protected:
-    SimDialogsTest()
-    {
-        space.image.gen.basicMode = 1;
-        ClearDatabase(space.image, false);
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        space.image.gen.basicMode = 1;
-        ClearDatabase(space.image, false);
-        space.DatabaseChanged = false;
-        main->updateCommands();
-        prompter.clear();
-    }
-
     // Plays the phone number dialog that `button` opens: types `number`, presses OK.
     static void addNumber(QPushButton* button, const QString& number)
     {
@@ -50,11 +37,6 @@ class SimDialogsTest : public ::testing::Test {
         });
         button->click();
     }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(SimDialogsTest, TwoNumbersAddedToDirectoryAInBasicModeBecomeTwoDialLines)

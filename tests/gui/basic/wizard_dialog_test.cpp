@@ -4,6 +4,7 @@
 #include "core/database/dtmf.h"
 #include "gui/basic/wizard_dialog.h"
 #include "gui/shell/main_window.h"
+#include "tests/support/basic_main.h"
 #include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
@@ -22,22 +23,8 @@ namespace {
 using test::child;
 using test::whenDialogOpens;
 
-class WizardDialogTest : public ::testing::Test {
+class WizardDialogTest : public test::BasicMainTest {
   protected:
-    WizardDialogTest()
-    {
-        space.image.gen.basicMode = 1;
-        ClearDatabase(space.image, false);
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        space.image.gen.basicMode = 1;
-        ClearDatabase(space.image, false);
-        space.DatabaseChanged = false;
-        main->updateCommands();
-        prompter.clear();
-    }
-
     // The dialog's controls, as a technician would use them.
     struct Driver {
         QDialog* dialog;
@@ -56,11 +43,6 @@ class WizardDialogTest : public ::testing::Test {
         void yes() const { child<QPushButton>(dialog, "yesButton")->click(); }
         void no() const { child<QPushButton>(dialog, "noButton")->click(); }
     };
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(WizardDialogTest, RunWizardWalksToTheEndAndLeavesABasicImage)
