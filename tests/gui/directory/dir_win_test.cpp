@@ -1,11 +1,6 @@
 #include "gui/directory/dir_win.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -13,24 +8,14 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <gtest/gtest.h>
-
 namespace rk4::gui {
 namespace {
 
 using test::child;
 using test::whenDialogOpens;
 
-class DirWinTest : public ::testing::Test {
+class DirWinTest : public test::MainTest {
   protected:
-    DirWinTest()
-    {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
-    }
-
     DirWin* openDirectory(char letter)
     {
         child<QAction>(main.get(), QString("actionDir%1").arg(letter).toLatin1().constData())->trigger();
@@ -40,11 +25,6 @@ class DirWinTest : public ::testing::Test {
     {
         QTest::mouseClick(child<QPushButton>(parent, name), Qt::LeftButton);
     }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(DirWinTest, ALineComposedInTheLineEditorReachesTheImageOnExit)
@@ -82,7 +62,7 @@ TEST_F(DirWinTest, ALineComposedInTheLineEditorReachesTheImageOnExit)
     EXPECT_FALSE(space.DatabaseChanged);
 
     click(window, "exitButton");
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    flushDeletes();
     const auto& bytes = space.image.dir[0].dirText;
     EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 11), std::string("P5551234V&\0", 11));
     EXPECT_TRUE(space.DatabaseChanged);

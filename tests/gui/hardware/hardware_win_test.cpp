@@ -1,11 +1,6 @@
 #include "gui/hardware/hardware_win.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
@@ -15,8 +10,6 @@
 #include <QRadioButton>
 #include <QTest>
 
-#include <gtest/gtest.h>
-
 namespace rk4::gui {
 namespace {
 
@@ -25,27 +18,13 @@ using test::whenDialogOpens;
 
 const char kLostInputs[] = "All changes made to the hardware inputs will be lost.";
 
-class HardwareWinTest : public ::testing::Test {
+class HardwareWinTest : public test::MainTest {
   protected:
-    HardwareWinTest()
-    {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
-    }
-
     HardwareWin* openInputs()
     {
         child<QAction>(main.get(), "actionInputs")->trigger();
         return main->findChild<HardwareWin*>("inputsWindow");
     }
-    void flushDeletes() { QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(HardwareWinTest, PortEditedThroughItsDialogIsWrittenOnExit)

@@ -1,12 +1,7 @@
 #include "core/points/point_editor.h"
 #include "gui/points/points_win.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -16,35 +11,19 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <gtest/gtest.h>
-
 namespace rk4::gui {
 namespace {
 
 using test::child;
 using test::whenDialogOpens;
 
-class PointsWinTest : public ::testing::Test {
+class PointsWinTest : public test::MainTest {
   protected:
-    PointsWinTest()
-    {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
-    }
-
     PointsWin* openPoints()
     {
         child<QAction>(main.get(), "actionPoints")->trigger();
         return main->findChild<PointsWin*>("pointsWindow");
     }
-    void flushDeletes() { QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(PointsWinTest, PortAssignedToAnEmptySlotAndEditedIsWrittenOnExit)

@@ -1,30 +1,17 @@
 #include "gui/report/printout_win.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QMdiSubWindow>
 #include <QTest>
 
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
 
 namespace rk4::gui {
 namespace {
 
-class PrintoutWinTest : public ::testing::Test {
+class PrintoutWinTest : public test::MainTest {
   protected:
-    PrintoutWinTest()
-    {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
-    }
-
     PrintoutWin* openSummary()
     {
         main->findChild<QAction*>("actionSummary")->trigger();
@@ -32,11 +19,6 @@ class PrintoutWinTest : public ::testing::Test {
     }
     QAction* action(PrintoutWin* window, const char* name) { return window->findChild<QAction*>(name); }
     std::string title(PrintoutWin* window) { return window->core().draw().lines.at(1); }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(PrintoutWinTest, PagesThroughAllWithKeysAndGreysTheEnds)

@@ -1,15 +1,9 @@
 #include "core/database/defaults.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
-
-#include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
@@ -17,24 +11,14 @@ namespace {
 using test::child;
 using test::whenDialogOpens;
 
-class GeneralDialogTest : public ::testing::Test {
+class GeneralDialogTest : public test::MainTest {
   protected:
     GeneralDialogTest()
     {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
         DefaultValues(space.image);
         space.image.gen.accessCode = {'1', 0};
         space.DatabaseChanged = false;
     }
-    QAction* action(const char* name) { return child<QAction>(main.get(), name); }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
 };
 
 TEST_F(GeneralDialogTest, OkKeepsTheSettingsAndGivesTheRingOutputItsTiming)

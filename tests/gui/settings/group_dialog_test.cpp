@@ -1,16 +1,9 @@
 #include "gui/settings/group_dialog.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
-
-#include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
@@ -18,21 +11,7 @@ namespace {
 using test::child;
 using test::whenDialogOpens;
 
-class GroupDialogTest : public ::testing::Test {
-  protected:
-    GroupDialogTest()
-    {
-        main = std::make_unique<Main>(space, &prompter);
-        main->show();
-        QApplication::processEvents(); // the start-up report
-        prompter.clear();
-    }
-
-    test::TempDir dir;
-    Workspace space{dir.path()};
-    test::ScriptedPrompter prompter;
-    std::unique_ptr<Main> main;
-};
+using GroupDialogTest = test::MainTest;
 
 TEST_F(GroupDialogTest, RefusedOkKeepsTheDialogOpenOnTheFieldAndAcceptedOkWrites)
 {
