@@ -76,22 +76,11 @@ void expectRoundTrip(const std::vector<std::string>& faults, const std::string& 
     }
 }
 
-// Writes site.msg to a simulated unit and reads it back as back.msg.
-void sendAndReadBackVoices(const test::TempDir& dir)
-{
-    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
-    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
-    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
-    ASSERT_EQ(write.code, 0) << write.err;
-    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
-    ASSERT_EQ(read.code, 0) << read.err;
-}
-
 } // namespace
 
 TEST(CommandLineOverPty, CleanLineWritesAndReadsTheSameImage) { expectRoundTrip({}, ""); }
 
-TEST(CommandLineOverPty, CleanLineCarriesAMessageFileBuiltFromConvertedPhrases)
+TEST(CommandLineOverPty, CleanLineCarriesAMessageFileOfConvertedRecordingsAndSpokenPhrases)
 {
     test::TempDir dir;
     // Three recordings of different rates and lengths, converted as a technician does.
@@ -106,35 +95,22 @@ TEST(CommandLineOverPty, CleanLineCarriesAMessageFileBuiltFromConvertedPhrases)
         ASSERT_EQ(converted.code, 0) << converted.err;
     }
     const ProgramRun built =
-        runProgram(dir.path(), {"msg", "build", "site.msg", "point1=door.vox", "group2=pump.vox", "site=site.vox"});
+        runProgram(dir.path(), {"msg", "build", "site.msg", "point1=door.vox", "group2=pump.vox", "site=site.vox",
+                                "point2=text:PUMP HOUSE HIGH LEVEL", "group3=text:NORTH RESERVOIR"});
     ASSERT_EQ(built.code, 0) << built.err;
+    EXPECT_NE(built.out.find(": 5 phrases, "), std::string::npos) << built.out;
     const std::string message = contents(dir / "site.msg");
     ASSERT_GT(message.size(), 4u * 4096);
 
-    sendAndReadBackVoices(dir);
+    test::UnitSim sim({"--voices", (dir / "unit.msg").string(), "--erase-ms", "500"});
+    ASSERT_FALSE(sim.device.empty()) << "rk4-unitsim gave no device";
+    const ProgramRun write = runProgram(dir.path(), {"write-voices", "site.msg", "--port", sim.device});
+    ASSERT_EQ(write.code, 0) << write.err;
+    const ProgramRun read = runProgram(dir.path(), {"read-voices", "back.msg", "--port", sim.device});
+    ASSERT_EQ(read.code, 0) << read.err;
     EXPECT_EQ(contents(dir / "back.msg"), message);
     const ProgramRun listed = runProgram(dir.path(), {"msg", "list", "back.msg"});
     EXPECT_EQ(listed.code, 0) << listed.err;
-}
-
-TEST(CommandLineOverPty, CleanLineCarriesSpokenPhrasesBesideAConvertedRecording)
-{
-    test::TempDir dir;
-    std::vector<std::int16_t> samples(22050);
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        samples[i] = static_cast<std::int16_t>(9000 * std::sin(i * 2 * M_PI * 440 / 22050));
-    ASSERT_TRUE(writeFileAtomically(dir / "bell.wav", waveFileBytes(samples, 22050)));
-    ASSERT_EQ(runProgram(dir.path(), {"wav2vox", "bell.wav"}).code, 0);
-
-    const ProgramRun built = runProgram(dir.path(), {"msg", "build", "site.msg", "point1=text:PUMP HOUSE HIGH LEVEL",
-                                                     "group3=text:NORTH RESERVOIR", "site=bell.vox"});
-    ASSERT_EQ(built.code, 0) << built.err;
-    EXPECT_NE(built.out.find(": 3 phrases, "), std::string::npos) << built.out;
-    const std::string message = contents(dir / "site.msg");
-    ASSERT_GE(message.size(), 4u * 4096);
-
-    sendAndReadBackVoices(dir);
-    EXPECT_EQ(contents(dir / "back.msg"), message);
 }
 
 TEST(CommandLineOverPty, FaultyLineStillCarriesTheImageWithNoiseNaksAndACorruptReply)
