@@ -1,20 +1,13 @@
-#include "core/database/defaults.h"
+#include "core/basic/basic_fields.h"
 #include "core/database/directory_codec.h"
 #include "gui/basic/sim_dir_dialog.h"
-#include "gui/shell/main_window.h"
 #include "tests/support/basic_main.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
 
-#include <QAction>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
-
-#include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
@@ -41,8 +34,8 @@ class SimDialogsTest : public test::BasicMainTest {
 
 TEST_F(SimDialogsTest, TwoNumbersAddedToDirectoryAInBasicModeBecomeTwoDialLines)
 {
-    EXPECT_FALSE(child<QAction>(main.get(), "actionDirA")->isVisible());
-    QAction* directories = child<QAction>(main.get(), "actionSimDir");
+    EXPECT_FALSE(action("actionDirA")->isVisible());
+    QAction* directories = action("actionSimDir");
     ASSERT_TRUE(directories->isVisible());
 
     QStringList listed;
@@ -63,13 +56,7 @@ TEST_F(SimDialogsTest, TwoNumbersAddedToDirectoryAInBasicModeBecomeTwoDialLines)
 
     EXPECT_EQ(listed, (QStringList{" 1  5551234", " 2  18005550100", " 3  empty"}));
     EXPECT_EQ(filled, "9% filled"); // (7 + 3 + 11 + 3) * 100 / 256
-    const DirLines lines = DecodeDirectory(space.image.dir[0]);
-    int dials = 0;
-    for (const DirLine& line : lines)
-        dials += line.command[0] == kCmdDial && line.commandCount() == 1;
-    EXPECT_EQ(dials, 2);
-    EXPECT_EQ(lines[0].parameter[0], "5551234");
-    EXPECT_EQ(lines[1].parameter[0], "18005550100");
+    EXPECT_EQ(SimpleDirectoryNumbers(space.image.dir[0]), (std::vector<std::string>{"5551234", "18005550100"}));
     EXPECT_TRUE(space.DatabaseChanged);
     EXPECT_TRUE(prompter.finished());
 }
@@ -93,14 +80,14 @@ TEST_F(SimDialogsTest, AdvancedOpensTheFullEditorOnDirectoryBAndCancelledTheBasi
         prompter.expect("All changes made to the Directories will be lost.", Answer::No);
         child<QPushButton>(dialog, "cancelButton")->click();
     });
-    child<QAction>(main.get(), "actionSimDir")->trigger();
+    action("actionSimDir")->trigger();
 
     EXPECT_TRUE(fullEditor);
     EXPECT_EQ(prompter.texts().front(), "The Cycle interval cannot be less than 1 min.");
     // The number went into the image for the full editor; the cycle was dropped.
     EXPECT_EQ(DecodeDirectory(space.image.dir[1])[0].parameter[0], "5559876");
     EXPECT_EQ(space.image.group[1].shortTimer, 20);
-    EXPECT_TRUE(child<QAction>(main.get(), "actionSave")->isEnabled());
+    EXPECT_TRUE(action("actionSave")->isEnabled());
     EXPECT_TRUE(prompter.finished());
 }
 
@@ -116,7 +103,7 @@ TEST_F(SimDialogsTest, OutputTimerSwitchedToSecondsIsClampedInTheField)
         shown = child<QLineEdit>(dialog, "timerEdit4")->text();
         child<QPushButton>(dialog, "okButton")->click();
     });
-    child<QAction>(main.get(), "actionSimout")->trigger();
+    action("actionSimout")->trigger();
     EXPECT_EQ(shown, "1638");
     EXPECT_EQ(prompter.texts(),
               std::vector<std::string>{"Timer is out of range, it has been set to maximum for seconds: 1638."});

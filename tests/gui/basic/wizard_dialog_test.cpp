@@ -3,19 +3,12 @@
 #include "core/database/defaults.h"
 #include "core/database/dtmf.h"
 #include "gui/basic/wizard_dialog.h"
-#include "gui/shell/main_window.h"
 #include "tests/support/basic_main.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
 
-#include <QAction>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-
-#include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
@@ -47,7 +40,7 @@ class WizardDialogTest : public test::BasicMainTest {
 
 TEST_F(WizardDialogTest, RunWizardWalksToTheEndAndLeavesABasicImage)
 {
-    QAction* run = child<QAction>(main.get(), "actionRunWizard");
+    QAction* run = action("actionRunWizard");
     ASSERT_TRUE(run->isVisible());
     ASSERT_TRUE(run->isEnabled());
 
@@ -135,7 +128,7 @@ TEST_F(WizardDialogTest, LeavingEarlyFromClearDataKeepsTheDefaultBasicDatabase)
     });
     prompter.expect("All data will be erased - Continue?", Answer::Yes);
     prompter.expect("Do you want to use the Basic Wizard for configuration?", Answer::Yes);
-    child<QAction>(main.get(), "actionClearData")->trigger();
+    action("actionClearData")->trigger();
 
     EXPECT_TRUE(stillOpen);
     EXPECT_TRUE(prompter.finished());

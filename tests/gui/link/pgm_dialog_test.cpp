@@ -1,17 +1,13 @@
 #include "core/database/defaults.h"
 #include "gui/link/com_dialog.h"
 #include "gui/link/pgm_dialog.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
-
-#include <gtest/gtest.h>
 
 using namespace rk4;
 using rk4::test::ScriptedPrompter;
@@ -27,19 +23,15 @@ void waitForTransfer(gui::PgmDialog& dialog)
     ASSERT_FALSE(dialog.session().running());
 }
 
+using ProgrammingDialogInMain = test::MainTest;
+
 } // namespace
 
-TEST(ProgrammingDialog, WritesAndReadsTheSimulatedUnitWhileTheWindowStaysLive)
+TEST_F(ProgrammingDialogInMain, WritesAndReadsTheSimulatedUnitWhileTheWindowStaysLive)
 {
-    TempDir dir;
-    Workspace space(dir.path());
-    ScriptedPrompter prompter;
-    gui::Main window(space, &prompter);
-    QApplication::processEvents();
-    prompter.clear();
     space.image.gen.name[0] = 'W';
 
-    gui::PgmDialog dialog(space, prompter, &window);
+    gui::PgmDialog dialog(space, prompter, main.get());
     dialog.show();
     auto* combo = dialog.findChild<QComboBox*>("portCombo");
     ASSERT_NE(combo, nullptr);
@@ -72,7 +64,7 @@ TEST(ProgrammingDialog, WritesAndReadsTheSimulatedUnitWhileTheWindowStaysLive)
     waitForTransfer(dialog);
     EXPECT_EQ(dialog.findChild<QLabel*>("statusLabel")->text(), "Configuration data read from the Rk4");
     EXPECT_TRUE(space.basicMode());
-    EXPECT_EQ(window.findChild<QLabel*>("modeLabel")->text().trimmed(), "Basic mode");
+    EXPECT_EQ(main->findChild<QLabel*>("modeLabel")->text().trimmed(), "Basic mode");
     EXPECT_TRUE(prompter.finished());
     dialog.findChild<QPushButton*>("doneButton")->click();
     EXPECT_FALSE(dialog.isVisible());

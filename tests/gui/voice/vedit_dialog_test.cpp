@@ -2,19 +2,13 @@
 
 #include "core/common/safe_file.h"
 #include "core/voice/wave.h"
-#include "gui/shell/main_window.h"
-#include "tests/support/gui_helpers.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
-
-#include <gtest/gtest.h>
 
 namespace rk4::gui {
 namespace {
@@ -115,20 +109,16 @@ TEST_F(VeditDialogTest, EveryControlExplainsItselfAndThePortChoiceIsKept)
     EXPECT_EQ(space.cfg.portIndex(), 3);
 }
 
-TEST(VeditDialogShell, ToolsMenuOpensTheVoiceEditor)
+using VeditDialogShell = test::MainTest;
+
+TEST_F(VeditDialogShell, ToolsMenuOpensTheVoiceEditor)
 {
-    test::TempDir dir;
-    Workspace space(dir.path());
-    test::ScriptedPrompter prompter;
-    Main window(space, &prompter);
-    QAction* action = window.findChild<QAction*>("actionVoiceEdit");
-    ASSERT_NE(action, nullptr);
     bool opened = false;
     test::whenDialogOpens([&](QDialog* dialog) {
         opened = qobject_cast<VeditDialog*>(dialog) != nullptr;
         dialog->accept();
     });
-    action->trigger();
+    action("actionVoiceEdit")->trigger();
     EXPECT_TRUE(opened);
 }
 
