@@ -2,7 +2,9 @@
 
 #include "core/common/safe_file.h"
 #include "core/voice/wave.h"
-#include "tests/support/main_fixture.h"
+#include "tests/support/gui_helpers.h"
+#include "tests/support/scripted_prompter.h"
+#include "tests/support/temp_dir.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -107,19 +109,6 @@ TEST_F(VeditDialogTest, EveryControlExplainsItselfAndThePortChoiceIsKept)
     }
     child<QComboBox>(&dialog, "portCombo")->setCurrentIndex(3);
     EXPECT_EQ(space.cfg.portIndex(), 3);
-}
-
-using VeditDialogShell = test::MainTest;
-
-TEST_F(VeditDialogShell, ToolsMenuOpensTheVoiceEditor)
-{
-    bool opened = false;
-    test::whenDialogOpens([&](QDialog* dialog) {
-        opened = qobject_cast<VeditDialog*>(dialog) != nullptr;
-        dialog->accept();
-    });
-    action("actionVoiceEdit")->trigger();
-    EXPECT_TRUE(opened);
 }
 
 } // namespace

@@ -1,33 +1,20 @@
 #include "gui/voice/wave_dialog.h"
 
 #include "core/database/file.h"
-#include "gui/shell/main_window.h"
 #include "gui/voice/waveform_view.h"
 #include "tests/core/voice/wave_builder.h"
-#include "tests/support/scripted_prompter.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/main_fixture.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 
 namespace rk4::gui {
 namespace {
 
-template <typename T>
-T* child(QWidget& parent, const char* name)
-{
-    T* found = parent.findChild<T*>(name);
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-}
+using test::child;
 
 TEST(WaveDialog, ConvertsAChosenWaveAndShowsBothWaveforms)
 {
@@ -41,48 +28,45 @@ TEST(WaveDialog, ConvertsAChosenWaveAndShowsBothWaveforms)
     prompter.fileChoice((dir / "alarm.wav").string());
     WaveDialog dialog(prompter);
     dialog.show();
-    auto* source = child<QLabel>(dialog, "sourceLabel");
-    auto* destination = child<QLabel>(dialog, "destinationLabel");
-    auto* status = child<QLabel>(dialog, "statusLabel");
+    auto* source = child<QLabel>(&dialog, "sourceLabel");
+    auto* destination = child<QLabel>(&dialog, "destinationLabel");
+    auto* status = child<QLabel>(&dialog, "statusLabel");
     ASSERT_TRUE(source && destination && status);
     EXPECT_EQ(source->text(), "no file selected");
     EXPECT_EQ(destination->text(), "no file selected");
 
-    QTest::mouseClick(child<QPushButton>(dialog, "selectSourceButton"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(&dialog, "selectSourceButton"), Qt::LeftButton);
     EXPECT_EQ(destination->text().toStdString(), (dir / "alarm.vox").string());
-    EXPECT_EQ(child<QLabel>(dialog, "sourceFormatLabel")->text(), "22050 Hz, 16-bit, mono");
-    auto* sourceView = child<WaveformView>(dialog, "sourceView");
+    EXPECT_EQ(child<QLabel>(&dialog, "sourceFormatLabel")->text(), "22050 Hz, 16-bit, mono");
+    auto* sourceView = child<WaveformView>(&dialog, "sourceView");
     EXPECT_NE(sourceView->caption().indexOf("samples clipped"), -1) << sourceView->caption().toStdString();
 
-    QTest::mouseClick(child<QPushButton>(dialog, "convertButton"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(&dialog, "convertButton"), Qt::LeftButton);
     EXPECT_EQ(status->text(), "Conversion Complete");
     EXPECT_TRUE(prompter.messages().empty());
     const auto vox = readWholeFile(dir / "alarm.vox");
     ASSERT_TRUE(vox);
     EXPECT_EQ(vox->size() % 4096, 0u);
-    auto* phraseView = child<WaveformView>(dialog, "phraseView");
+    auto* phraseView = child<WaveformView>(&dialog, "phraseView");
     EXPECT_EQ(phraseView->waveform().sampleRate, 8000u);
     EXPECT_NEAR(phraseView->waveform().seconds(), 0.5, 0.01);
 }
 
-TEST(WaveDialog, TheShellOpensItFromTheToolsMenu)
+using ToolsMenu = test::MainTest;
+
+TEST_F(ToolsMenu, OpensTheVoiceEditorAndTheWaveConverter)
 {
-    test::TempDir dir;
-    Workspace workspace(dir.path());
-    test::ScriptedPrompter prompter;
-    Main window(workspace, &prompter);
-    QAction* action = window.findChild<QAction*>("actionWaveEdit");
-    ASSERT_NE(action, nullptr);
-    EXPECT_TRUE(action->isEnabled());
-    bool opened = false;
-    QTimer::singleShot(0, [&] {
-        if (auto* dialog = qobject_cast<WaveDialog*>(QApplication::activeModalWidget())) {
-            opened = true;
+    const std::pair<const char*, const char*> tools[] = {{"actionVoiceEdit", "rk4::gui::VeditDialog"},
+                                                         {"actionWaveEdit", "rk4::gui::WaveDialog"}};
+    for (const auto& [name, type] : tools) {
+        QString opened;
+        test::whenDialogOpens([&](QDialog* dialog) {
+            opened = dialog->metaObject()->className();
             dialog->accept();
-        }
-    });
-    action->trigger();
-    EXPECT_TRUE(opened);
+        });
+        action(name)->trigger();
+        EXPECT_EQ(opened, type) << name;
+    }
 }
 
 } // namespace
