@@ -1,6 +1,7 @@
 #include "core/common/safe_file.h"
 #include "core/voice/message_file.h"
 #include "tests/support/cli_runner.h"
+#include "tests/support/phrase_blocks.h"
 #include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -8,15 +9,8 @@
 namespace rk4::cli {
 namespace {
 
+using test::blocks;
 using test::runRk4;
-
-std::vector<std::uint8_t> blocks(std::size_t bytes, std::uint8_t fill)
-{
-    std::vector<std::uint8_t> out(bytes);
-    for (std::size_t i = 0; i < bytes; ++i)
-        out[i] = static_cast<std::uint8_t>(fill + i / kMessageBlock);
-    return out;
-}
 
 class MsgVerb : public ::testing::Test {
   protected:

@@ -1,5 +1,6 @@
 #include "core/voice/message_file.h"
 #include "core/voice/voice_configuration.h"
+#include "tests/support/phrase_blocks.h"
 
 #include <gtest/gtest.h>
 
@@ -8,13 +9,7 @@
 namespace rk4 {
 namespace {
 
-std::vector<std::uint8_t> phrase(std::size_t bytes, std::uint8_t fill)
-{
-    std::vector<std::uint8_t> out(bytes);
-    for (std::size_t i = 0; i < bytes; ++i)
-        out[i] = static_cast<std::uint8_t>(fill + i / kMessageBlock);
-    return out;
-}
+using test::blocks;
 
 TEST(MessageFile, SlotsAreNamedByNumberOrByWhatTheyBelongTo)
 {
@@ -108,9 +103,9 @@ TEST(MessageFile, AHeaderThatPromisesMoreThanTheFileHoldsIsDamaged)
 TEST(MessageFile, BuildingKeepsWholeBlocksOnlyAndReadsBackTheSamePhrases)
 {
     std::array<std::optional<std::vector<std::uint8_t>>, kSlotCount> phrases;
-    phrases[kSiteSlot] = phrase(4096, 0x10);
-    phrases[slotNumber(SlotKind::Point, 4)] = phrase(10000, 0x20); // 2 blocks, 1808 bytes dropped
-    phrases[slotNumber(SlotKind::Group, 6)] = phrase(100, 0x30);   // less than a block: nothing
+    phrases[kSiteSlot] = blocks(4096, 0x10);
+    phrases[slotNumber(SlotKind::Point, 4)] = blocks(10000, 0x20); // 2 blocks, 1808 bytes dropped
+    phrases[slotNumber(SlotKind::Group, 6)] = blocks(100, 0x30);   // less than a block: nothing
 
     const std::vector<std::uint8_t> file = buildMessageFile(phrases);
     ASSERT_EQ(file.size(), 4096u + 3 * 4096);
@@ -178,7 +173,7 @@ TEST(VoiceFilesRandomised, DamagedMessageAndConfigurationFilesAreRefusedOrReadSa
     std::mt19937 random(18);
     std::array<std::optional<std::vector<std::uint8_t>>, kSlotCount> phrases;
     for (int slot : {0, 1, 7, 30, 31, 36})
-        phrases[slot] = phrase(kMessageBlock * (1 + slot % 3), static_cast<std::uint8_t>(slot));
+        phrases[slot] = blocks(kMessageBlock * (1 + slot % 3), static_cast<std::uint8_t>(slot));
     const std::vector<std::uint8_t> message = buildMessageFile(phrases);
     VoiceConfiguration configuration;
     for (int slot = 0; slot < kSlotCount; ++slot)

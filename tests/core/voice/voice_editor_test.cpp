@@ -1,6 +1,7 @@
 #include "core/voice/voice_editor.h"
 
 #include "core/common/safe_file.h"
+#include "tests/support/phrase_blocks.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
 
@@ -9,13 +10,7 @@
 namespace rk4 {
 namespace {
 
-std::vector<std::uint8_t> blocks(std::size_t bytes, std::uint8_t fill)
-{
-    std::vector<std::uint8_t> out(bytes);
-    for (std::size_t i = 0; i < bytes; ++i)
-        out[i] = static_cast<std::uint8_t>(fill + i / kMessageBlock);
-    return out;
-}
+using test::blocks;
 
 std::vector<std::uint8_t> fileBytes(const std::filesystem::path& path) { return readFileBytes(path).bytes; }
 
