@@ -33,44 +33,69 @@ struct AdpcmCodec {
     int ADPCMencode(std::int16_t sample);
 };
 
-// Inline and without branches on the sample's bits: the converter runs these
-// once for every sample of a recording, and a mispredicted branch costs more
-// than the arithmetic. `mask(c)` is all ones when c holds, else zero.
+// What a code adds to the predictor at a step: step / 8, and for each
+// magnitude bit its share of the step, each division truncating like the unit's.
+constexpr int decodedDelta(int step, int code)
+{
+    const int delta = step / 8 + (code & 1 ? step / 4 : 0) + (code & 2 ? step / 2 : 0) + (code & 4 ? step : 0);
+    return code & 8 ? -delta : delta;
+}
+
+// Everything the codec needs at one step index, worked out once, so that a
+// sample costs a few comparisons and two loads on one cache line. The
+// encoder's three bits are chosen greedily (whole step, then half, then
+// quarter), and as each share is at least the sum of the smaller ones the
+// greedy code is simply how many of the seven code thresholds the magnitude
+// reaches.
+struct AdpcmStepRow {
+    std::int16_t threshold[8]; // the smallest magnitude that gets each code 0..7
+    std::int16_t delta[16];    // decodedDelta for every code
+    std::uint8_t next[16];     // the step index after every code
+};
+
 namespace adpcm_detail {
-inline int mask(bool condition) { return -static_cast<int>(condition); }
+constexpr std::array<AdpcmStepRow, 49> makeStepRows()
+{
+    std::array<AdpcmStepRow, 49> rows{};
+    for (int index = 0; index < 49; ++index) {
+        const int step = kStepTable[static_cast<std::size_t>(index)];
+        AdpcmStepRow& row = rows[static_cast<std::size_t>(index)];
+        for (int code = 0; code < 16; ++code) {
+            row.delta[code] = static_cast<std::int16_t>(decodedDelta(step, code));
+            row.next[code] = static_cast<std::uint8_t>(std::clamp(index + kStepAdjust[code & 7], 0, 48));
+        }
+        for (int code = 0; code < 8; ++code)
+            row.threshold[code] = static_cast<std::int16_t>(decodedDelta(step, code) - step / 8);
+    }
+    return rows;
+}
 } // namespace adpcm_detail
+
+alignas(64) inline constexpr std::array<AdpcmStepRow, 49> kStepRows = adpcm_detail::makeStepRows();
 
 inline std::int16_t AdpcmCodec::ADPCMdecode(int code)
 {
-    using adpcm_detail::mask;
-    const int step = kStepTable[static_cast<std::size_t>(stepIndex)];
-    // Integer divisions of a positive step truncate like the unit's.
-    int delta = step / 8 + ((step / 4) & mask(code & 1)) + ((step / 2) & mask(code & 2)) + (step & mask(code & 4));
-    const int negative = mask(code & 8);
-    delta = (delta ^ negative) - negative;
+    const AdpcmStepRow& row = kStepRows[static_cast<std::size_t>(stepIndex)];
     // |predictor| <= 2047 and |delta| <= 2910, so the 16-bit sum cannot wrap.
-    const auto sum = static_cast<std::int16_t>(predictor + delta);
+    const auto sum = static_cast<std::int16_t>(predictor + row.delta[code & 15]);
     predictor = std::clamp<std::int16_t>(sum, kMinSample12, kMaxSample12);
-    stepIndex = static_cast<std::int16_t>(std::clamp(stepIndex + kStepAdjust[code & 7], 0, 48));
+    stepIndex = row.next[code & 15];
     return predictor;
 }
 
+// Inline: the converter runs this once for every sample of a recording, and
+// each code waits on the one before it. No branch depends on the sample,
+// since a mispredicted one costs more than the arithmetic.
 inline int AdpcmCodec::ADPCMencode(std::int16_t sample)
 {
-    using adpcm_detail::mask;
-    const int step = kStepTable[static_cast<std::size_t>(stepIndex)];
+    const AdpcmStepRow& row = kStepRows[static_cast<std::size_t>(stepIndex)];
     const auto diff = static_cast<std::int16_t>(sample - predictor);
-    const int negative = mask(diff < 0);
     // The magnitude in 16 bits, as the unit takes it.
-    int magnitude = static_cast<std::int16_t>((diff ^ negative) - negative);
-    int code = 8 & negative;
-    const int whole = mask(magnitude >= step);
-    code |= 4 & whole;
-    magnitude -= step & whole;
-    const int half = mask(magnitude >= step / 2);
-    code |= 2 & half;
-    magnitude -= (step / 2) & half;
-    code |= 1 & mask(magnitude >= step / 4);
+    const int magnitude = static_cast<std::int16_t>(diff < 0 ? -diff : diff);
+    int code = (magnitude >= row.threshold[1]) + (magnitude >= row.threshold[2]) + (magnitude >= row.threshold[3]) +
+               (magnitude >= row.threshold[4]) + (magnitude >= row.threshold[5]) + (magnitude >= row.threshold[6]) +
+               (magnitude >= row.threshold[7]);
+    code |= diff < 0 ? 8 : 0;
     ADPCMdecode(code);
     return code;
 }

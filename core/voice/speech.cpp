@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <charconv>
 #include <mutex>
+
+#include <dlfcn.h>
 #include <optional>
 #include <sstream>
 
@@ -20,6 +22,37 @@ namespace {
 // is set up once and then used by one caller at a time.
 std::mutex engineMutex;
 int engineRate = 0; // its native sample rate once set up; negative when it failed
+
+// The synthesiser's library is opened the first time a phrase is spoken,
+// not when the program starts: with its sound-server and codec libraries
+// it would otherwise add several milliseconds to every command.
+struct Synthesiser {
+    decltype(&espeak_Initialize) initialize = nullptr;
+    decltype(&espeak_SetSynthCallback) setSynthCallback = nullptr;
+    decltype(&espeak_SetVoiceByName) setVoiceByName = nullptr;
+    decltype(&espeak_SetParameter) setParameter = nullptr;
+    decltype(&espeak_Synth) synth = nullptr;
+};
+Synthesiser synthesiser;
+
+template <typename Function> bool bind(void* library, const char* name, Function& into)
+{
+    into = reinterpret_cast<Function>(::dlsym(library, name));
+    return into != nullptr;
+}
+
+bool openSynthesiser()
+{
+    void* library = ::dlopen("libespeak-ng.so.1", RTLD_NOW | RTLD_LOCAL);
+    if (!library)
+        return false;
+    // Kept open for the life of the process, like the engine's own globals.
+    return bind(library, "espeak_Initialize", synthesiser.initialize) &&
+           bind(library, "espeak_SetSynthCallback", synthesiser.setSynthCallback) &&
+           bind(library, "espeak_SetVoiceByName", synthesiser.setVoiceByName) &&
+           bind(library, "espeak_SetParameter", synthesiser.setParameter) &&
+           bind(library, "espeak_Synth", synthesiser.synth);
+}
 
 extern "C" int collectSamples(short* samples, int count, espeak_EVENT* events)
 {
@@ -35,11 +68,13 @@ extern "C" int collectSamples(short* samples, int count, espeak_EVENT* events)
 bool startEngine()
 {
     if (engineRate == 0) {
-        engineRate = espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, 0, nullptr, espeakINITIALIZE_DONT_EXIT);
+        engineRate = openSynthesiser()
+                         ? synthesiser.initialize(AUDIO_OUTPUT_SYNCHRONOUS, 0, nullptr, espeakINITIALIZE_DONT_EXIT)
+                         : -1;
         if (engineRate <= 0)
             engineRate = -1;
         else
-            espeak_SetSynthCallback(collectSamples);
+            synthesiser.setSynthCallback(collectSamples);
     }
     return engineRate > 0;
 }
@@ -134,18 +169,18 @@ Speech synthesise(const std::string& text, const SpeechSettings& settings)
     }
     const std::lock_guard lock(engineMutex);
     if (!startEngine()) {
-        speech.problem = "the speech synthesiser cannot start (is its voice data installed?)";
+        speech.problem = "the speech synthesiser cannot start (are libespeak-ng1 and its voice data installed?)";
         return speech;
     }
-    if (espeak_SetVoiceByName(settings.voiceName().c_str()) != EE_OK) {
+    if (synthesiser.setVoiceByName(settings.voiceName().c_str()) != EE_OK) {
         speech.problem = "there is no voice \"" + settings.voiceName() + "\"";
         return speech;
     }
-    espeak_SetParameter(espeakRATE, settings.speed, 0);
-    espeak_SetParameter(espeakPITCH, std::clamp(settings.pitch, 0, 99), 0);
+    synthesiser.setParameter(espeakRATE, settings.speed, 0);
+    synthesiser.setParameter(espeakPITCH, std::clamp(settings.pitch, 0, 99), 0);
     speech.sampleRate = static_cast<std::uint32_t>(engineRate);
     const espeak_ERROR result =
-        espeak_Synth(text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8, nullptr, &speech.samples);
+        synthesiser.synth(text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8, nullptr, &speech.samples);
     if (result != EE_OK || speech.samples.empty()) {
         speech.samples.clear();
         speech.problem = "the speech synthesiser could not speak \"" + text + "\"";

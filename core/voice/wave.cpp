@@ -5,10 +5,16 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cerrno>
 #include <cmath>
+#include <condition_variable>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -70,81 +76,219 @@ int frameSample(const WaveFormat& format, const std::uint8_t* frame)
     return format.eightBit() ? sample + 128 : sample;
 }
 
-// The converter's input buffer: 1024 samples, refilled block by block from
-// the data chunk. Slots past the end of the data hold silence, or what an
-// earlier block left there.
-class BlockBuffer {
+// The data chunk's samples as the converter walks through them, held in one
+// run so that a sample and the one after it are always side by side. The
+// unit's own recordings, 16 or 8-bit mono, are held as 16-bit samples (the
+// 16-bit ones read straight from the file into place); every other format as
+// frameSample makes it. Only the sample just past the end of the data is
+// ever looked at (by the interpolation of the last output sample); it reads
+// as the sample 1024 before it, or silence in a shorter recording, which is
+// what the unit's 1024-sample input buffer leaves there.
+template <typename Sample> class SampleWindow {
   public:
-    BlockBuffer(ByteSource& source, const WaveFormat& format, std::uint64_t frames)
-        : source(source), format(format), framesLeft(frames), current(kBlockSamples, format.eightBit() ? 128 : 0),
-          scratch(kBlockSamples * format.frameBytes())
+    SampleWindow(ByteSource& source, const WaveFormat& format, std::uint64_t frames)
+        : source(source), format(format), frames(frames), pastEnd(static_cast<Sample>(format.eightBit() ? 128 : 0))
     {
-        fill(current);
     }
 
-    // The sample at a position counted from the start of the data; positions
-    // only move forward.
-    int at(std::uint64_t position)
+    // Makes sure positions first..last are held; positions only move forward.
+    void hold(std::uint64_t first, std::uint64_t last)
     {
-        const std::uint64_t block = position / kBlockSamples;
-        while (loaded < block)
-            advance();
-        return current[position % kBlockSamples];
-    }
-
-    // The sample after `position`, which at a block's end is the first of the
-    // following block.
-    int after(std::uint64_t position)
-    {
-        if ((position + 1) % kBlockSamples != 0)
-            return at(position + 1);
-        if (!lookahead) {
-            next = current;
-            fill(next);
-            lookahead = true;
+        if (first > start) { // what is behind `first` is never looked at again
+            const auto drop = static_cast<std::size_t>(std::min<std::uint64_t>(first - start, size));
+            std::memmove(samples.get(), samples.get() + drop, (size - drop) * sizeof(Sample));
+            size -= drop;
+            start += drop;
         }
-        return next[0];
+        const std::uint64_t end = start + size;
+        if (last >= end)
+            extend(static_cast<std::size_t>(std::max<std::uint64_t>(last + 1 - end, kBlockSamples)));
     }
+
+    int operator[](std::uint64_t position) const { return samples[static_cast<std::size_t>(position - start)]; }
 
   private:
-    void advance()
+    void extend(std::size_t wanted)
     {
-        if (lookahead)
-            current.swap(next);
-        else
-            fill(current);
-        lookahead = false;
-        ++loaded;
+        if (size + wanted > capacity) { // grows to what the widest batch needs, then stays
+            capacity = size + wanted;
+            auto larger = std::make_unique_for_overwrite<Sample[]>(capacity);
+            std::copy_n(samples.get(), size, larger.get());
+            samples = std::move(larger);
+        }
+        const std::uint64_t end = start + size;
+        const auto fromData = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, frames - std::min(frames, end)));
+        Sample* into = samples.get() + size;
+        const std::size_t got = readInto(into, fromData);
+        if (frames >= kBlockSamples && frames - kBlockSamples >= end && frames - kBlockSamples < end + got)
+            pastEnd = into[frames - kBlockSamples - end];
+        std::fill(into + got, into + wanted, pastEnd);
+        size += wanted;
     }
 
-    void fill(std::vector<int>& buffer)
+    std::size_t readInto(Sample* into, std::size_t count)
     {
         const std::size_t frameBytes = format.frameBytes();
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSamples, framesLeft));
-        const std::size_t got = source.read(std::span(scratch).first(wanted * frameBytes)) / frameBytes;
-        framesLeft -= got;
-        const std::uint8_t* bytes = scratch.data();
-        // The unit's own recordings, 16 or 8-bit mono, take a loop of their own:
-        // the same samples as frameSample without asking the format each time.
-        if (format.plainMono() && format.bitsPerSample == 16) {
-            for (std::size_t i = 0; i < got; ++i)
-                buffer[i] = static_cast<std::int16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
-        } else if (format.plainMono()) {
-            std::copy_n(bytes, got, buffer.begin());
-        } else {
-            for (std::size_t i = 0; i < got; ++i)
-                buffer[i] = frameSample(format, bytes + i * frameBytes);
+        if constexpr (sizeof(Sample) == 2) {
+            if (format.bitsPerSample == 16) {
+                const std::size_t got =
+                    source.read(std::span(reinterpret_cast<std::uint8_t*>(into), count * frameBytes)) / frameBytes;
+                if constexpr (std::endian::native == std::endian::big)
+                    for (std::size_t i = 0; i < got; ++i)
+                        into[i] = static_cast<Sample>(static_cast<std::uint16_t>(into[i]) >> 8 |
+                                                      static_cast<std::uint16_t>(into[i]) << 8);
+                return got;
+            }
         }
+        scratch.resize(count * frameBytes);
+        const std::size_t got = source.read(scratch) / frameBytes;
+        const std::uint8_t* bytes = scratch.data();
+        if constexpr (sizeof(Sample) == 2) // 8-bit mono, as it is
+            std::copy_n(bytes, got, into);
+        else
+            for (std::size_t i = 0; i < got; ++i)
+                into[i] = frameSample(format, bytes + i * frameBytes);
+        return got;
     }
 
     ByteSource& source;
     const WaveFormat& format;
-    std::uint64_t framesLeft;
-    std::vector<int> current;
-    std::vector<int> next;
+    const std::uint64_t frames;
+    Sample pastEnd;
+    std::unique_ptr<Sample[]> samples;
+    std::size_t size = 0;
+    std::size_t capacity = 0;
+    std::uint64_t start = 0; // the position of samples[0]
     std::vector<std::uint8_t> scratch;
-    std::uint64_t loaded = 0;
-    bool lookahead = false;
+};
+
+// Encodes the picked 12-bit samples batch by batch and packs the codes, low
+// nibble first (the unit plays it first, the opposite of the usual .vox
+// order). Each code waits on the one before it, so the encoder sets the
+// converter's pace; for a long recording it runs on a thread of its own
+// while the caller reads and picks the next batch, which a second core then
+// does for free.
+class BatchEncoder {
+  public:
+    static constexpr std::size_t kBatch = 8192; // even, so a byte's two codes never straddle batches
+
+    BatchEncoder(std::uint8_t* packed, bool threaded) : packed(packed)
+    {
+        if (!threaded)
+            return;
+        try {
+            worker = std::thread([this] { run(); });
+        } catch (const std::system_error&) { // no thread to be had: encode as the batches come
+        }
+    }
+    ~BatchEncoder() { finish(); }
+    BatchEncoder(const BatchEncoder&) = delete;
+    BatchEncoder& operator=(const BatchEncoder&) = delete;
+
+    // The batch to fill next, once the encoder has finished with it.
+    std::span<std::int16_t> next()
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return filled - encoded < kSlots; });
+        return slots[filled % kSlots];
+    }
+
+    // Hands over the batch `next` gave, holding `size` samples.
+    void submit(std::size_t size)
+    {
+        if (!worker.joinable()) {
+            encode(slots[filled % kSlots].data(), size);
+            return;
+        }
+        {
+            const std::lock_guard lock(mutex);
+            sizes[filled % kSlots] = size;
+            ++filled;
+        }
+        changed.notify_all();
+    }
+
+    // Waits until every batch handed over is encoded.
+    void finish()
+    {
+        if (!worker.joinable())
+            return;
+        {
+            const std::lock_guard lock(mutex);
+            done = true;
+        }
+        changed.notify_all();
+        worker.join();
+    }
+
+    // How the phrase will sound: codes that left the predictor at a limit, and its largest magnitude.
+    std::size_t clipped = 0;
+    int peak = 0;
+
+  private:
+    static constexpr std::size_t kSlots = 3;
+
+    void run()
+    {
+        for (;;) {
+            std::size_t slot, size;
+            {
+                std::unique_lock lock(mutex);
+                changed.wait(lock, [this] { return encoded < filled || done; });
+                if (encoded == filled)
+                    return;
+                slot = encoded % kSlots;
+                size = sizes[slot];
+            }
+            encode(slots[slot].data(), size);
+            {
+                const std::lock_guard lock(mutex);
+                ++encoded;
+            }
+            changed.notify_all();
+        }
+    }
+
+    void encode(const std::int16_t* samples, std::size_t size)
+    {
+        // Worked on in locals: a store through the byte pointer could alias
+        // any member, which would send every member to memory on every code.
+        AdpcmCodec state = codec;
+        std::uint8_t* into = packed;
+        std::size_t atLimit = clipped;
+        int largest = peak;
+        const auto note = [&] { // off the encoder's chain
+            atLimit += static_cast<std::size_t>((state.predictor == kMaxSample12) | (state.predictor == kMinSample12));
+            largest = std::max<int>(largest, std::abs(state.predictor));
+        };
+        std::size_t k = 0;
+        for (; k + 1 < size; k += 2) {
+            const int low = state.ADPCMencode(samples[k]);
+            note();
+            const int high = state.ADPCMencode(samples[k + 1]);
+            note();
+            *into++ = static_cast<std::uint8_t>(low | high << 4);
+        }
+        if (k < size) { // an unpaired last code is not written
+            state.ADPCMencode(samples[k]);
+            note();
+        }
+        codec = state;
+        packed = into;
+        clipped = atLimit;
+        peak = largest;
+    }
+
+    std::uint8_t* packed;
+    AdpcmCodec codec;
+    std::array<std::array<std::int16_t, kBatch>, kSlots> slots{};
+    std::array<std::size_t, kSlots> sizes{};
+    std::size_t filled = 0;  // batches handed over
+    std::size_t encoded = 0; // of them, encoded
+    bool done = false;
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::thread worker;
 };
 
 std::int16_t to12Bits(int sample, SampleScale scale)
@@ -245,6 +389,53 @@ std::string formatProblem(const WaveFormat& format)
 
 bool isExactRatio(double ratio) { return ratio == 1.0 || ratio == 2.0 || ratio == 4.0 || ratio == 6.0; }
 
+// Picks the input sample for each of `codes` output samples at 8000 Hz,
+// interpolating between neighbours where the rates do not divide, and hands
+// them to the encoder as 12-bit samples a batch at a time.
+template <typename Sample>
+void pickSamples(ByteSource& source, const WaveFormat& format, std::int32_t codes, BatchEncoder& encoder)
+{
+    SampleWindow<Sample> input(source, format, format.dataAvailable / format.frameBytes());
+    const SampleScale scale = scaleOf(format);
+    const double ratio = format.sampleRate * 0.000125;
+    const bool exact = isExactRatio(ratio);
+    const auto exactStep = static_cast<std::uint64_t>(ratio);
+    // At 48000 Hz 1024 is not a multiple of the step: a block gives 171
+    // samples and the overshoot past its end is dropped.
+    const std::uint64_t perBlock = exact ? (kBlockSamples + exactStep - 1) / exactStep : 0;
+    const auto exactPosition = [&](std::uint64_t i) { return i / perBlock * kBlockSamples + i % perBlock * exactStep; };
+    constexpr auto kBatch = static_cast<std::int32_t>(BatchEncoder::kBatch);
+    for (std::int32_t first = 0; first < codes; first += kBatch) {
+        const std::int32_t size = std::min(kBatch, codes - first);
+        const std::int32_t last = first + size - 1;
+        const std::span<std::int16_t> batch = encoder.next();
+        if (exact) {
+            input.hold(exactPosition(static_cast<std::uint64_t>(first)), exactPosition(static_cast<std::uint64_t>(last)));
+            for (std::int32_t k = 0; k < size; ++k)
+                batch[static_cast<std::size_t>(k)] =
+                    to12Bits(input[exactPosition(static_cast<std::uint64_t>(first + k))], scale);
+        } else {
+            input.hold(static_cast<std::uint64_t>(first * ratio), static_cast<std::uint64_t>(last * ratio) + 1);
+            for (std::int32_t k = 0; k < size; ++k) {
+                const double position = (first + k) * ratio;
+                // Through a signed integer: one instruction each way, and positions are far below 2^63.
+                const auto signedWhole = static_cast<std::int64_t>(position);
+                const auto whole = static_cast<std::uint64_t>(signedWhole);
+                const double fraction = position - static_cast<double>(signedWhole);
+                const int sample = input[whole];
+                // Worked out every time and chosen without a branch: whether a
+                // sample is interpolated depends on the recording, so a branch
+                // on it is mispredicted half the time.
+                const double step = (input[whole + 1] - sample) * fraction;
+                const int interpolate = -static_cast<int>((fraction > 0.05) & ((step < -0.5) | (step > 0.5)));
+                const int interpolated = static_cast<int>(sample + step);
+                batch[static_cast<std::size_t>(k)] = to12Bits(sample ^ ((sample ^ interpolated) & interpolate), scale);
+            }
+        }
+        encoder.submit(static_cast<std::size_t>(size));
+    }
+}
+
 class SpanSource : public ByteSource {
   public:
     explicit SpanSource(std::span<const std::uint8_t> bytes) : bytes(bytes) {}
@@ -283,24 +474,26 @@ FileSource::FileSource(const std::filesystem::path& path)
         return;
     }
     size = static_cast<std::uint64_t>(status.st_size);
-    file = ::fdopen(fd, "rb");
-    if (!file) {
-        why = std::strerror(errno);
-        ::close(fd);
-        return;
-    }
-    std::setvbuf(file, nullptr, _IOFBF, 1 << 16);
+    descriptor = fd;
 }
 
 FileSource::~FileSource()
 {
-    if (file)
-        std::fclose(file);
+    if (descriptor >= 0)
+        ::close(descriptor);
 }
 
 std::size_t FileSource::read(std::span<std::uint8_t> into)
 {
-    const std::size_t count = std::fread(into.data(), 1, into.size(), file);
+    std::size_t count = 0;
+    while (count < into.size()) {
+        const ssize_t got = ::read(descriptor, into.data() + count, into.size() - count);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        count += static_cast<std::size_t>(got);
+    }
     position += count;
     return count;
 }
@@ -308,7 +501,7 @@ std::size_t FileSource::read(std::span<std::uint8_t> into)
 void FileSource::skip(std::uint64_t count)
 {
     count = std::min(count, remaining());
-    if (::fseeko(file, static_cast<off_t>(count), SEEK_CUR) == 0)
+    if (::lseek(descriptor, static_cast<off_t>(count), SEEK_CUR) >= 0)
         position += count;
 }
 
@@ -406,53 +599,19 @@ VoxConversion convertWave(ByteSource& source)
     }
     const auto count = static_cast<std::int32_t>(wanted);
     result.outputCount = count;
-    const SampleScale scale = scaleOf(format);
-    BlockBuffer input(source, format, format.dataAvailable / format.frameBytes());
-
     std::vector<std::uint8_t>& out = result.vox;
     out.reserve(static_cast<std::size_t>(phraseFileBytes(static_cast<std::uint64_t>(count))));
-    AdpcmCodec codec;
-    const bool exact = isExactRatio(ratio);
-    const auto exactStep = static_cast<std::uint64_t>(ratio);
-    std::uint64_t block = 0;
-    std::uint64_t blockPosition = 0;
-    int lowNibble = -1;
-    for (std::int32_t i = 0; i < count - 1; ++i) {
-        int sample;
-        if (exact) {
-            sample = input.at(block * kBlockSamples + blockPosition);
-            blockPosition += exactStep;
-            if (blockPosition > 1023) { // an overshoot past the block's end is dropped
-                ++block;
-                blockPosition = 0;
-            }
-        } else {
-            const double position = i * ratio;
-            // Through a signed integer: one instruction each way, and positions are far below 2^63.
-            const auto signedWhole = static_cast<std::int64_t>(position);
-            const auto whole = static_cast<std::uint64_t>(signedWhole);
-            const double fraction = position - static_cast<double>(signedWhole);
-            sample = input.at(whole);
-            // Worked out every time and chosen without a branch: whether a
-            // sample is interpolated depends on the recording, so a branch
-            // on it is mispredicted half the time.
-            const double step = (input.after(whole) - sample) * fraction;
-            const bool interpolate = (fraction > 0.05) & ((step < -0.5) | (step > 0.5));
-            const int interpolated = static_cast<int>(sample + step);
-            sample = interpolate ? interpolated : sample;
-        }
-        const int code = codec.ADPCMencode(to12Bits(sample, scale));
-        if (codec.predictor == kMaxSample12 || codec.predictor == kMinSample12)
-            ++result.clippedCodes;
-        result.peak12 = std::max<int>(result.peak12, std::abs(codec.predictor));
-        // The unit plays the low nibble first, the opposite of the usual .vox order.
-        if (lowNibble < 0) {
-            lowNibble = code;
-        } else {
-            out.push_back(static_cast<std::uint8_t>(lowNibble | (code << 4)));
-            lowNibble = -1;
-        }
-    }
+    const std::int32_t codes = std::max(count - 1, 0);
+    out.resize(static_cast<std::size_t>(codes / 2)); // an unpaired last code is not written
+    // A thread is worth starting for a few seconds of phrase, not for a word.
+    BatchEncoder encoder(out.data(), static_cast<std::size_t>(codes) >= 4 * BatchEncoder::kBatch);
+    if (format.plainMono())
+        pickSamples<std::int16_t>(source, format, codes, encoder);
+    else
+        pickSamples<std::int32_t>(source, format, codes, encoder);
+    encoder.finish();
+    result.clippedCodes = encoder.clipped;
+    result.peak12 = encoder.peak;
 
     const std::int32_t bytes = count / 2;
     std::int32_t blocks = count / 512;

@@ -75,7 +75,7 @@ class FileSource : public ByteSource {
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
 
-    bool isOpen() const { return file != nullptr; }
+    bool isOpen() const { return descriptor >= 0; }
     std::size_t read(std::span<std::uint8_t> into) override;
     void skip(std::uint64_t count) override;
     std::uint64_t remaining() const override;
@@ -84,7 +84,7 @@ class FileSource : public ByteSource {
     const std::string& cause() const { return why; }
 
   private:
-    std::FILE* file = nullptr;
+    int descriptor = -1; // read directly: the converter asks for large runs at a time
     std::string why;
     std::uint64_t size = 0;
     std::uint64_t position = 0;

@@ -313,6 +313,93 @@ TEST(WaveConversion, WiderAndStereoFormatsGiveTheirTrueSamplesIn12Bits)
     }
 }
 
+// A recording as its frames' values (a stereo pair already mixed), and the
+// wave file that holds them.
+struct Recording {
+    std::vector<int> frames;
+    std::vector<std::uint8_t> wave;
+};
+
+// Speech-like material without the maths library: a wandering triangle with
+// noise and now and then a jump, so that some samples are interpolated and
+// some are not, and a stretch at full scale.
+Recording recording(const WaveLayout& layout, double seconds)
+{
+    const auto count = static_cast<std::size_t>(seconds * layout.sampleRate);
+    const int bits = layout.bitsPerSample;
+    const int full = bits == 8 ? 127 : (1 << (bits - 1)) - 1;
+    std::uint32_t seed = 12345;
+    const auto noise = [&seed](int range) {
+        seed = seed * 1664525u + 1013904223u;
+        return static_cast<int>(seed >> 8) % (2 * range + 1) - range;
+    };
+    Recording made;
+    for (std::size_t i = 0; i < count; ++i) {
+        int mixed = 0;
+        for (int channel = 0; channel < layout.channels; ++channel) {
+            const int triangle = static_cast<int>((i * (37 + 11 * channel)) % 400) - 200;
+            int value = triangle * full / 200 + noise(full / 16) + (i % 3001 < 40 ? full / 2 : 0);
+            if (i / 4000 == 3)
+                value = i % 2 ? full : -full;
+            value = std::clamp(value, -full, full);
+            for (int shift = 0; shift < bits; shift += 8)
+                made.wave.push_back(static_cast<std::uint8_t>((bits == 8 ? value + 128 : value) >> shift));
+            mixed = channel == 0 ? value : (mixed + value) / 2;
+        }
+        made.frames.push_back(bits == 8 ? mixed + 128 : mixed);
+    }
+    made.wave = makeWave(layout, made.wave);
+    return made;
+}
+
+TEST(WaveConversion, LongRecordingsGiveTheCodesOfTheRuleTakenSampleBySample)
+{
+    // Long enough to be read and coded in many batches; each starts a block
+    // of the input at a different place.
+    const struct {
+        const char* what;
+        WaveLayout layout;
+        double seconds;
+    } cases[] = {
+        {"44100 Hz, 16-bit mono", {.sampleRate = 44100}, 9.3},
+        {"22050 Hz, 8-bit mono", {.sampleRate = 22050, .bitsPerSample = 8}, 5.1},
+        {"48000 Hz, 16-bit mono", {.sampleRate = 48000}, 6.01},
+        {"16000 Hz, 24-bit stereo", {.sampleRate = 16000, .bitsPerSample = 24, .channels = 2}, 4.7},
+        {"11025 Hz, 16-bit stereo", {.sampleRate = 11025, .channels = 2}, 4.41},
+    };
+    for (const auto& known : cases) {
+        const Recording input = recording(known.layout, known.seconds);
+        const VoxConversion result = convertWave(input.wave);
+        ASSERT_TRUE(result.format.convertible()) << known.what;
+        const int bits = known.layout.bitsPerSample;
+        const auto twelveBits = [bits](int value) { return bits == 8 ? (value - 128) * 16 : value / (1 << (bits - 12)); };
+        const double ratio = known.layout.sampleRate * 0.000125;
+        const auto step = static_cast<std::size_t>(ratio);
+        const bool exact = ratio == 2.0 || ratio == 6.0;
+        std::vector<std::int16_t> samples12;
+        for (std::int32_t i = 0; i + 1 < result.outputCount; ++i) {
+            int sample;
+            if (exact) { // every step-th sample of a 1024-sample block, then the next block from its start
+                const std::size_t perBlock = (1024 + step - 1) / step;
+                sample = input.frames[i / perBlock * 1024 + i % perBlock * step];
+            } else {
+                const double position = i * ratio;
+                const auto whole = static_cast<std::size_t>(position);
+                const double fraction = position - static_cast<double>(whole);
+                sample = input.frames[whole];
+                const double rise = (input.frames[whole + 1] - sample) * fraction;
+                if (fraction > 0.05 && (rise < -0.5 || rise > 0.5))
+                    sample = static_cast<int>(sample + rise);
+            }
+            samples12.push_back(static_cast<std::int16_t>(twelveBits(sample)));
+        }
+        const std::vector<std::uint8_t> codes = encodePhrase(samples12);
+        EXPECT_GT(samples12.size(), 32768u) << known.what; // long enough for the coding to run beside the reading
+        EXPECT_EQ(firstBytes(result.vox, codes.size()), codes) << known.what;
+        EXPECT_EQ(result.vox[codes.size()], 0x80) << known.what;
+    }
+}
+
 TEST(Waveform, ColumnsMarkClippingAtTheFormatsOwnFullScale)
 {
     std::vector<std::uint8_t> data(800, 128);
