@@ -110,6 +110,8 @@ TEST(SpeechSettings, KeepsVoiceSpeedAndPitchAndIgnoresWhatItCannotUse)
     EXPECT_EQ(odd.voiceName(), "en");
     EXPECT_EQ(odd.speed, kDefaultSpeech);
     EXPECT_EQ(odd.pitch, kDefaultPitch);
+    EXPECT_EQ(SpeechSettings::parse("pitch = 99\n").pitch, 99);
+    EXPECT_EQ(SpeechSettings::parse("pitch = 100\n").pitch, kDefaultPitch);
     EXPECT_EQ(SpeechSettings::load(dir.path() / "missing.txt").speed, kDefaultSpeech);
 }
 
