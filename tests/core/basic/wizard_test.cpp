@@ -189,6 +189,8 @@ TEST_F(WizardTest, AsksForTwentyNumbersAtMostAndWritesThemAsDialLines)
     }
     // After the twentieth there is no "another" question.
     EXPECT_EQ(wizard->step(), WizardStep::CycleTimer);
+    refused("256");
+    EXPECT_EQ(lastText(), "The Cycle interval cannot be greater than 255 min.");
     type("5", WizardStep::CycleTimer);
     prompter.expect("The Acknowledge code is empty.  You will not be able to stop the alarm sequence.  Do you want to "
                     "change it?",
@@ -568,7 +570,7 @@ TEST_F(WizardTest, ScriptedRunsWarnOnlyAboutWhatTheAnswersLeftOut)
          {{WizardStep::AlarmCount, 'p', "3"},      {WizardStep::AllToA, 'n'},
           {WizardStep::OtherAsWell, 'n'},          {WizardStep::InputFormat, 'p', "2"},
           {WizardStep::DebounceScale, 'n'},        {WizardStep::DebounceTime, 't', "0.5"},
-          {WizardStep::DebounceTime, 't', "2"},    {WizardStep::OutputCount, 'p', "4"},
+          {WizardStep::DebounceTime, 't', "1638"}, {WizardStep::OutputCount, 'p', "4"},
           {WizardStep::OutputType, 'n'},           {WizardStep::OnCode, 't', "11"},
           {WizardStep::OffCode, 't', "10"},        {WizardStep::OutputType, 'y'},
           {WizardStep::OnCode, 't', "21"},         {WizardStep::OutputScale, 'n'},
@@ -577,7 +579,7 @@ TEST_F(WizardTest, ScriptedRunsWarnOnlyAboutWhatTheAnswersLeftOut)
           {WizardStep::OutputType, 'n'},           {WizardStep::OnCode, 't', "41"},
           {WizardStep::OutputScale, 'n'},          {WizardStep::OutputTime, 't', "3"},
           {WizardStep::PhoneNumber, 't', "55512"}, {WizardStep::AnotherNumber, 'n'},
-          {WizardStep::CycleTimer, 't', "30"},     {WizardStep::AckCode, 't', ""},
+          {WizardStep::CycleTimer, 't', "255"},    {WizardStep::AckCode, 't', ""},
           {WizardStep::IntCode, 't', "7"},         {WizardStep::OutputIntCode, 't', "8"},
           {WizardStep::Rings, 'p', "8"},           {WizardStep::CallProgress, 'y'},
           {WizardStep::AccessCode, 't', "1"},      {WizardStep::ModemCode, 't', "2"},

@@ -43,6 +43,7 @@ Database richConfiguration()
     setName(db.gen.name, "NORTH PUMP STN");
     storeDtmfCode("4321", db.gen.accessCode);
     storeDtmfCode("*9#", db.gen.shiftChangeCode);
+    storeDtmfCode("7654321", db.gen.modemEnableCode); // the longest code
     db.gen.ringsToAnswer = 3;
     db.gen.securityLevel = 1;
     db.gen.tempAckTime = 60;
