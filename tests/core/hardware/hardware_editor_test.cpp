@@ -299,6 +299,7 @@ TEST_F(HardwareEditorTest, OutputTypeChangeSwapsTypeAndClearsOnlyItsPoints)
     EXPECT_EQ(opened, (std::vector<DialogKind>{DialogKind::OnOff, DialogKind::Timed}));
     EXPECT_EQ(space.image.alm[0].type, kPointUnused);
     EXPECT_EQ(space.image.alm[1].type, kPointDigital);
+    EXPECT_TRUE(space.DatabaseChanged) << "the cleared point is gone from the image at once";
     EXPECT_EQ(outputs.copy().port[10], (HardwarePort{1, 2, 0x00, 0, 0, 60}));
 }
 

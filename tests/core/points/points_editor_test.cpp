@@ -114,8 +114,9 @@ TEST_F(PointsEditorTest, ChooserRefusesAPortAnotherPointAcknowledgesOn)
     PointEditor dialog(space, list, 3, record, PointDialogKind::New);
     dialog.portIndex = 2;
     EXPECT_FALSE(dialog.SetPort(prompter));
-    EXPECT_EQ(prompter.texts(), std::vector<std::string>{
-                                    "Point 7 is using this input for the Acknowledge Input function - select a different I/O"});
+    EXPECT_EQ(prompter.texts(),
+              std::vector<std::string>{
+                  "Point 7 is using this input for the Acknowledge Input function - select a different I/O"});
 }
 
 TEST_F(PointsEditorTest, UnusedEmptiesTheSlotsTypeAndPort)
@@ -163,8 +164,8 @@ TEST_F(PointsEditorTest, WatchdogMovedToAnOutputIsEmptiedAndOpensTheOutputEditor
         }
         dialog.CanClose(prompter, false);
     });
-    EXPECT_EQ(kinds, (std::vector<PointDialogKind>{PointDialogKind::Wdog, PointDialogKind::Output,
-                                                   PointDialogKind::Digital}));
+    EXPECT_EQ(kinds,
+              (std::vector<PointDialogKind>{PointDialogKind::Wdog, PointDialogKind::Output, PointDialogKind::Digital}));
     PointRecord expected;
     expected.name.fill(' ');
     expected.type = kPointTimerOutput;
@@ -195,12 +196,12 @@ TEST_F(PointsEditorTest, OutputEditorRefusesSpecialOutputsInOrder)
         EXPECT_EQ(dialog.portIndex, 8);
         dialog.CanClose(prompter, false);
     });
-    EXPECT_EQ(prompter.texts(),
-              (std::vector<std::string>{"One of the Groups is using this output for the New Alarm Out special function.  "
-                                        "This output is not available as a general purpose output.",
-                                        "The General section is using this output for the Carrier Detect Out special "
-                                        "function.  This output is not available as a general purpose output.",
-                                        kMoveQuestion}));
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{
+                                    "One of the Groups is using this output for the New Alarm Out special function.  "
+                                    "This output is not available as a general purpose output.",
+                                    "The General section is using this output for the Carrier Detect Out special "
+                                    "function.  This output is not available as a general purpose output.",
+                                    kMoveQuestion}));
     EXPECT_EQ(points.copy()[0], point(0));
 }
 
@@ -228,6 +229,7 @@ TEST_F(PointsEditorTest, DigitalEditorStoresTheGroupAndRefusesABadTag)
     EXPECT_EQ(nameText(edited.name), "FRONT DOOR      ");
     EXPECT_EQ(edited.onCode, (DtmfCode{'1', '2', '<', '=', 0, 0, 0, 0}));
     EXPECT_EQ(points.DrawLine(1), " 2  FRONT DOOR        DIGITAL    I/P 1  Normal: High, Group 3, Latching, Tag: 12#A");
+    EXPECT_TRUE(space.DatabaseChanged) << "raised by the dialog's OK, before the window's Exit";
 }
 
 TEST_F(PointsEditorTest, DiscardedRenameLeavesTheRecordButRaisesTheChangeFlag)
@@ -251,7 +253,8 @@ TEST_F(PointsEditorTest, OutputCodesAreRefusedOnAGroupsNewAlarmOutput)
 {
     attach(5, kPointOnOffOutput, 1, true);
     space.image.group[2].newAlarmOut = 2;
-    const char kNewAlarm[] = "This output is being used to indicate a new alarm is present - DTMF codes are not allowed.";
+    const char kNewAlarm[] =
+        "This output is being used to indicate a new alarm is present - DTMF codes are not allowed.";
     const char kInvalid[] = "Invalid digit found in the DTMF ON code, use 0-9, *, #, A, B, C and D only.";
     PointsEditor& points = open();
     points.selected = 5;
@@ -293,10 +296,10 @@ TEST_F(PointsEditorTest, NewAnalogPointTakesTheAnalogDefaults)
     std::array<std::uint8_t, PointRecord::size> bytes{};
     writeRecord(points.copy()[9], bytes);
     // Offsets and values of the new analog point, byte by byte.
-    const std::pair<int, int> expected[] = {{30, 1},  {24, 0},   {25, 0},  {26, 63},  {27, 0},  {28, 191}, {29, 0},
-                                            {31, 0x13}, {32, 0}, {41, 6},  {46, 0xE8}, {47, 3}, {48, 0},   {50, 88},
-                                            {52, 3},  {53, 235}, {54, 235}, {55, 166}, {56, 0}, {57, 0},   {59, 0},
-                                            {62, 255}, {63, 0},  {64, 0xEE}, {65, 2},  {66, 250}, {67, 0}, {68, 1}};
+    const std::pair<int, int> expected[] = {
+        {30, 1},    {24, 0},   {25, 0}, {26, 63},   {27, 0}, {28, 191}, {29, 0},   {31, 0x13}, {32, 0}, {41, 6},
+        {46, 0xE8}, {47, 3},   {48, 0}, {50, 88},   {52, 3}, {53, 235}, {54, 235}, {55, 166},  {56, 0}, {57, 0},
+        {59, 0},    {62, 255}, {63, 0}, {64, 0xEE}, {65, 2}, {66, 250}, {67, 0},   {68, 1}};
     for (auto [offset, value] : expected)
         EXPECT_EQ(bytes[offset], value) << "byte " << offset;
     EXPECT_NE(points.DrawLine(9).find("Range: 0.0 to 100.0"), std::string::npos);

@@ -264,9 +264,11 @@ TEST_F(WorkspaceTest, SwitchingToBasicAsksAboutUsedDirectoriesAndBuildsTheTempla
     EXPECT_EQ(modeChanges, 1);
     EXPECT_TRUE(prompter.finished());
 
+    space.DatabaseChanged = false;
     prompter.expect(kToAdvanced, Answer::No);
     EXPECT_TRUE(space.CmMode(prompter));
     EXPECT_FALSE(space.basicMode());
+    EXPECT_TRUE(space.DatabaseChanged);
     EXPECT_EQ(space.image.alm[0].type, kPointDigital) << "going back to Advanced keeps the data";
 }
 
@@ -301,6 +303,7 @@ TEST_F(WorkspaceTest, RunWizardNamesTheDirectoriesThatHoldCommands)
                 "unchanged?",
                 Answer::Yes);
     EXPECT_TRUE(space.CmRunWizard(prompter));
+    EXPECT_TRUE(space.DatabaseChanged) << "the image was cleared for the wizard";
     EXPECT_TRUE(prompter.saw("The wizard will not ask you to enter any telephone numbers.\nUse the Directory editor "
                              "to change the numbers."));
     EXPECT_EQ(space.image.dir[0].dirText[0], 'P');
