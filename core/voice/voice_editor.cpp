@@ -74,6 +74,7 @@ void VoiceEditor::slotEdited()
 {
     messageSaved = false;
     changed = true;
+    slotsMatchLoaded = false;
 }
 
 bool VoiceEditor::noSelection(Prompter& prompter) const
@@ -103,6 +104,8 @@ bool VoiceEditor::SetupNewMsgFile(const std::string& path, Prompter& prompter)
     }
     loadedFile = absoluteText(path);
     slotEdited();
+    slotsMatchLoaded =
+        std::none_of(slotTable.begin(), slotTable.end(), [](const VoiceSlot& slot) { return slot.newPhrase(); });
     return true;
 }
 
@@ -191,6 +194,7 @@ bool VoiceEditor::writeAllTo(const std::string& path, Prompter& prompter)
     lengths = parseMessageHeader(std::span<const std::uint8_t>(file).first(kMessageHeaderBytes));
     loadedFile = savedFile = absoluteText(path);
     messageSaved = true;
+    slotsMatchLoaded = true;
     changed = true;
     // Phrases made in memory now live in the saved file.
     for (VoiceSlot& entry : slotTable)
@@ -379,8 +383,9 @@ bool VoiceEditor::readConfiguration(const std::string& path, Prompter& prompter)
         }
         lengths = header.lengths;
         loadedFile = savedFile = configuration->messagePath;
-        messageSaved = true;
+        messageSaved = true; // a configuration is only written once its message file is saved
     }
+    slotsMatchLoaded = messageSaved;
     return true;
 }
 

@@ -73,6 +73,11 @@ class VoiceEditor {
     bool SetupNewMsgFile(const std::string& path, Prompter& prompter);
     bool CmLoadMessageFile(Prompter& prompter);
 
+    // Whether the loaded message file is what the slots show, so that it is
+    // what the unit would receive: one is loaded, no slot holds a phrase
+    // chosen since and none has been cleared.
+    bool loadedFileComplete() const { return !loadedFile.empty() && slotsMatchLoaded; }
+
     // Saves a new message file from the slots and makes it the loaded one.
     bool CmWriteAll(Prompter& prompter);
     bool writeAllTo(const std::string& path, Prompter& prompter);
@@ -104,6 +109,7 @@ class VoiceEditor {
     void slotEdited();
 
     std::filesystem::path directory;
+    bool slotsMatchLoaded = false;
 };
 
 // The database's name for a slot's owner, without its padding.

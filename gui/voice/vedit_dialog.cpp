@@ -333,7 +333,7 @@ void VeditDialog::CmComPort(int index)
 
 void VeditDialog::CmWriteToSentrix()
 {
-    if (state.loadedFile.empty() || !state.messageSaved) {
+    if (!state.loadedFileComplete()) {
         prompter.tell("Error", "Save the message file before writing it to the Rk4.", Icon::Error);
         return;
     }

@@ -64,7 +64,9 @@ TEST_F(VoiceEditorTest, SavingCopiesLoadedPhrasesAndWholeBlocksOfNewFilesAndDrop
 {
     // 10000 bytes: two blocks; the last 1808 bytes are not copied.
     ASSERT_TRUE(writeFileAtomically(dir / "point7.vox", blocks(10000, 0x70)));
+    EXPECT_TRUE(editor.loadedFileComplete()) << "what was loaded can go to the unit as it is";
     ASSERT_TRUE(editor.readIndividual(7, (dir / "point7.vox").string(), prompter));
+    EXPECT_FALSE(editor.loadedFileComplete());
     editor.selected = 31;
     ASSERT_TRUE(editor.CmClearIndividual(prompter));
 
@@ -83,6 +85,10 @@ TEST_F(VoiceEditorTest, SavingCopiesLoadedPhrasesAndWholeBlocksOfNewFilesAndDrop
     EXPECT_EQ(editor.loadedLine(), "Loaded: " + (dir / "new.msg").string());
     EXPECT_EQ(editor.savedLine(), " Saved: " + (dir / "new.msg").string());
     EXPECT_EQ(editor.sourceText(kSiteSlot), "message file, 1 block");
+    EXPECT_TRUE(editor.loadedFileComplete());
+    editor.selected = 1;
+    ASSERT_TRUE(editor.CmClearIndividual(prompter));
+    EXPECT_FALSE(editor.loadedFileComplete()) << "a cleared phrase is still in the file";
 }
 
 TEST_F(VoiceEditorTest, SavingOntoTheLoadedFileOrWithAPhraseFileGoneIsRefused)

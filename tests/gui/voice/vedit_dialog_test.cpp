@@ -2,14 +2,17 @@
 
 #include "core/common/safe_file.h"
 #include "core/voice/wave.h"
+#include "gui/link/pgm_dialog.h"
 #include "tests/support/gui_helpers.h"
 #include "tests/support/scripted_prompter.h"
 #include "tests/support/temp_dir.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 namespace rk4::gui {
@@ -109,6 +112,57 @@ TEST_F(VeditDialogTest, EveryControlExplainsItselfAndThePortChoiceIsKept)
     }
     child<QComboBox>(&dialog, "portCombo")->setCurrentIndex(3);
     EXPECT_EQ(space.cfg.portIndex(), 3);
+}
+
+// Closes the programming window the Voice Edit window opens once its
+// transfer has ended, keeping the last status it showed.
+class TransferCloser {
+  public:
+    TransferCloser()
+    {
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            auto* programming = qobject_cast<PgmDialog*>(QApplication::activeModalWidget());
+            if (!programming || programming->session().running())
+                return;
+            status = child<QLabel>(programming, "statusLabel")->text();
+            detail = QString::fromStdString(programming->session().view().line2);
+            child<QPushButton>(programming, "doneButton")->click();
+        });
+        timer.start(20);
+    }
+    QString status;
+    QString detail;
+
+  private:
+    QTimer timer;
+};
+
+TEST_F(VeditDialogTest, WritesTheLoadedFileToTheUnitAndReadsTheUnitsVoicesIntoANewFile)
+{
+    std::array<std::optional<std::vector<std::uint8_t>>, kSlotCount> phrases;
+    phrases[2] = phraseBlocks(4096, 0x52); // small: the demo unit takes it at the cable's own pace
+    ASSERT_TRUE(writeFileAtomically(dir / "small.msg", buildMessageFile(phrases)));
+    const FileRead sent = readFileBytes(dir / "small.msg");
+    ASSERT_TRUE(sent);
+    dialog.show();
+    click("writeToUnitButton");
+    EXPECT_EQ(prompter.texts().back(), "Save the message file before writing it to the Rk4.");
+
+    prompter.fileChoice((dir / "small.msg").string());
+    click("loadMessageButton");
+    child<QComboBox>(&dialog, "portCombo")->setCurrentIndex(PgmDialog::kSimulatedUnitIndex);
+    TransferCloser closer;
+    click("writeToUnitButton");
+    EXPECT_EQ(closer.status, "Voices transferred to the Rk4") << closer.detail.toStdString();
+    EXPECT_EQ(PgmDialog::simulatedUnit().unit().store.voices, sent.bytes);
+
+    prompter.fileChoice((dir / "back.msg").string());
+    click("readFromUnitButton");
+    const FileRead back = readFileBytes(dir / "back.msg");
+    ASSERT_TRUE(back) << closer.status.toStdString() << ": " << closer.detail.toStdString();
+    EXPECT_EQ(back.bytes, sent.bytes);
+    EXPECT_EQ(child<QLabel>(&dialog, "loadedLabel")->text().toStdString(), "Loaded: " + (dir / "back.msg").string());
+    EXPECT_EQ(mark(2), "+");
 }
 
 } // namespace
