@@ -19,8 +19,13 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+extern char** environ;
 
 namespace {
 
@@ -60,28 +65,46 @@ double medianSeconds(int runs, const std::function<bool()>& work)
     return times[times.size() / 2];
 }
 
-// The processor time the child processes of a run took (user and system):
-// on a machine shared with other work this moves far less than the wall
-// clock, and it leaves out waiting for the disk.
-double childSeconds()
+// One run of a program, started directly (no shell in between) with its
+// output to /dev/null: the wall time, and the processor time (user and
+// system) it took, which on a machine shared with other work moves far less
+// than the wall clock.
+struct ProcessTime {
+    double wall = -1;
+    double processor = -1;
+};
+
+ProcessTime runProcess(const std::vector<std::string>& arguments)
 {
+    std::vector<char*> argv;
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    const auto start = Clock::now();
+    pid_t child = 0;
+    const int spawned = ::posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    ProcessTime time;
+    if (spawned != 0)
+        return time;
+    int status = 0;
     rusage usage{};
-    ::getrusage(RUSAGE_CHILDREN, &usage);
-    const auto seconds = [](const timeval& time) { return static_cast<double>(time.tv_sec) + time.tv_usec / 1e6; };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    if (::wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return time;
+    time.wall = std::chrono::duration<double>(Clock::now() - start).count();
+    const auto seconds = [](const timeval& value) { return static_cast<double>(value.tv_sec) + value.tv_usec / 1e6; };
+    time.processor = seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    return time;
 }
 
-double medianChildSeconds(int runs, const std::string& command)
+double median(std::vector<double> values)
 {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        const double before = childSeconds();
-        if (std::system(command.c_str()) != 0)
-            return -1;
-        times.push_back(childSeconds() - before);
-    }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    std::sort(values.begin(), values.end());
+    return values.empty() ? -1 : values[values.size() / 2];
 }
 
 } // namespace
@@ -123,34 +146,42 @@ int main(int argc, char** argv)
     std::printf("rk4 convertWave, file to file:   %8.3f s  (%ju bytes)\n", ours,
                 static_cast<std::uintmax_t>(std::filesystem::file_size(dir / "ours.vox")));
 
-    double cli = -1;
-    if (!rk4Path.empty()) {
-        const std::string command =
-            "'" + rk4Path + "' wav2vox '" + wave.string() + "' '" + (dir / "cli.vox").string() + "' >/dev/null";
-        cli = medianSeconds(runs, [&] { return std::system(command.c_str()) == 0; });
-        std::printf("rk4 wav2vox (process):           %8.3f s\n", cli);
-    }
-
-    const std::string sox = "sox '" + wave.string() + "' -r 8000 -t vox '" + (dir / "sox.vox").string() + "'";
-    const double theirs = medianSeconds(runs, [&] { return std::system(sox.c_str()) == 0; });
-    if (theirs < 0) {
+    const std::vector<std::string> sox = {"sox", wave.string(), "-r", "8000", "-t", "vox", (dir / "sox.vox").string()};
+    if (runProcess(sox).wall < 0) {
         std::printf("sox failed or is not installed (scripts/install-deps installs it)\n");
-    } else {
-        std::printf("sox -r 8000 -t vox (process):    %8.3f s  (%ju bytes)\n", theirs,
-                    static_cast<std::uintmax_t>(std::filesystem::file_size(dir / "sox.vox")));
-        std::printf("sox / convertWave:               %8.1f x\n", theirs / ours);
-        if (cli > 0) {
-            std::printf("sox / rk4 wav2vox:               %8.1f x\n", theirs / cli);
-            const std::string command =
-                "'" + rk4Path + "' wav2vox '" + wave.string() + "' '" + (dir / "cli.vox").string() + "' >/dev/null";
-            const double cliCpu = medianChildSeconds(runs, command);
-            const double soxCpu = medianChildSeconds(runs, sox);
-            std::printf("processor time, rk4 wav2vox:     %8.3f s\n", cliCpu);
-            std::printf("processor time, sox:             %8.3f s\n", soxCpu);
-            if (cliCpu > 0 && soxCpu > 0)
-                std::printf("sox / rk4 wav2vox, processor:    %8.1f x\n", soxCpu / cliCpu);
-        }
+        std::filesystem::remove_all(dir);
+        return 1;
     }
+    std::printf("sox -r 8000 -t vox output:        %ju bytes\n",
+                static_cast<std::uintmax_t>(std::filesystem::file_size(dir / "sox.vox")));
+    // The two programs take turns, so that whatever else the machine is doing
+    // weighs on both alike; each pair gives a ratio.
+    std::vector<double> soxWall, soxProcessor, ratios, processorRatios, cliWall, cliProcessor;
+    const std::vector<std::string> cli = {rk4Path, "wav2vox", wave.string(), (dir / "cli.vox").string()};
+    for (int run = 0; run < runs && !rk4Path.empty(); ++run) {
+        const ProcessTime theirs = runProcess(sox);
+        const ProcessTime mine = runProcess(cli);
+        if (theirs.wall < 0 || mine.wall < 0) {
+            std::printf("a run failed\n");
+            break;
+        }
+        soxWall.push_back(theirs.wall);
+        soxProcessor.push_back(theirs.processor);
+        cliWall.push_back(mine.wall);
+        cliProcessor.push_back(mine.processor);
+        ratios.push_back(theirs.wall / mine.wall);
+        if (mine.processor > 0)
+            processorRatios.push_back(theirs.processor / mine.processor);
+    }
+    if (!ratios.empty()) {
+        std::printf("rk4 wav2vox (process):           %8.3f s  wall, %8.3f s processor\n", median(cliWall),
+                    median(cliProcessor));
+        std::printf("sox -r 8000 -t vox (process):    %8.3f s  wall, %8.3f s processor\n", median(soxWall),
+                    median(soxProcessor));
+        std::printf("sox / rk4 wav2vox, wall:         %8.1f x  (median of the runs' ratios)\n", median(ratios));
+        std::printf("sox / rk4 wav2vox, processor:    %8.1f x\n", median(processorRatios));
+    }
+    std::printf("sox / convertWave:               %8.1f x\n", median(soxWall) / ours);
     std::filesystem::remove_all(dir);
     return 0;
 }
