@@ -66,11 +66,10 @@ TEST_F(SimEditorsTest, SystemSettingsCheckTheCodesInOrderThenTheEmptyAccessCodeT
     EXPECT_FALSE(editor.CanClose(prompter));
     editor.directoryControlCode = "9";
     EXPECT_FALSE(editor.CanClose(prompter));
-    EXPECT_EQ(prompter.texts(),
-              (std::vector<std::string>{
-                  "Invalid digit found in the Modem Enable code, use 0-9, *, #, A, B, C and D only.",
-                  "Directory Control code has too may digits - maximum is 7",
-                  "Invalid digit found in the Access code, use 0-9, *, #, A, B, C and D only."}));
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{
+                                    "Invalid digit found in the Modem Enable code, use 0-9, *, #, A, B, C and D only.",
+                                    "Directory Control code has too may digits - maximum is 7",
+                                    "Invalid digit found in the Access code, use 0-9, *, #, A, B, C and D only."}));
 
     // An empty Access code: Yes goes back to it, No goes on to the equal codes.
     prompter.clear();
@@ -86,6 +85,10 @@ TEST_F(SimEditorsTest, SystemSettingsCheckTheCodesInOrderThenTheEmptyAccessCodeT
     editor.modemEnableCode = "A1";
     EXPECT_FALSE(editor.CanClose(prompter));
     EXPECT_EQ(prompter.texts().back(), "The Access code and Modem Enable code cannot be the same.");
+    editor.modemEnableCode = "5";
+    editor.directoryControlCode = "A1";
+    EXPECT_FALSE(editor.CanClose(prompter));
+    EXPECT_EQ(prompter.texts().back(), "The Access code and Directory Control code cannot be the same.");
     EXPECT_FALSE(space.DatabaseChanged);
     EXPECT_TRUE(prompter.finished());
 }
@@ -136,7 +139,8 @@ TEST_F(SimEditorsTest, PhoneNumberRefusalsComeInTheirOrder)
         std::string number;
         const char* text;
     } refused[] = {
-        {"911-5551234", "Not a valid phone number -  The first digits cannot be 911.\nThis will result in an Emergency call."},
+        {"911-5551234",
+         "Not a valid phone number -  The first digits cannot be 911.\nThis will result in an Emergency call."},
         {"511 555", "Not a valid phone number -  The first digits cannot be 511.\nThis is a reserved number sequence."},
         {"5 5-5", "The phone number is only 3 digits.  This is not a valid number."},
         {"", "This is not a valid number."},
@@ -212,8 +216,7 @@ TEST_F(SimEditorsTest, DirectoryListsInsertAboveTheSelectionDeleteAndEditAndAFul
 
     for (int i = 1; i < 20; ++i)
         editor.directory[1].phoneNumbers.push_back("55500" + std::to_string(10 + i));
-    const char full[] =
-        "The directory is already full, inserting a new number will delete the last number.  Continue?";
+    const char full[] = "The directory is already full, inserting a new number will delete the last number.  Continue?";
     prompter.expect(full, Answer::No).expect(full, Answer::Yes);
     editor.selected[1] = 0;
     EXPECT_FALSE(editor.Insert(1, prompter, typing("5559999", prompter)));
@@ -239,11 +242,10 @@ TEST_F(SimEditorsTest, DirectoriesWriteDialLinesCodesAndCycleToTheirGroups)
     EXPECT_FALSE(editor.CanClose(prompter));
     editor.directory[0].cycle = "0";
     EXPECT_FALSE(editor.CanClose(prompter));
-    EXPECT_EQ(prompter.texts(),
-              (std::vector<std::string>{
-                  "Invalid digit found in the Acknowledge code, use 0-9, *, #, A, B, C and D only.",
-                  "The Cycle interval cannot be greater than 255 min.",
-                  "The Cycle interval cannot be less than 1 min."}));
+    EXPECT_EQ(prompter.texts(), (std::vector<std::string>{
+                                    "Invalid digit found in the Acknowledge code, use 0-9, *, #, A, B, C and D only.",
+                                    "The Cycle interval cannot be greater than 255 min.",
+                                    "The Cycle interval cannot be less than 1 min."}));
     EXPECT_EQ(editor.focus, SimDirEditor::Field::Cycle);
 
     editor.directory[0].cycle = "15";
@@ -366,8 +368,7 @@ TEST_F(SimEditorsTest, OutputTypeChangeBlanksTheOldFieldsAndOkWritesPointAndPort
 
     editor.output[1].offCode = "2#X";
     EXPECT_FALSE(editor.CanClose(prompter));
-    EXPECT_EQ(prompter.texts().back(),
-              "Invalid digit found in the DTMF OFF code, use 0-9, *, #, A, B, C and D only.");
+    EXPECT_EQ(prompter.texts().back(), "Invalid digit found in the DTMF OFF code, use 0-9, *, #, A, B, C and D only.");
     EXPECT_EQ(editor.focusRow, 1);
     editor.output[1].offCode = "2#";
     ASSERT_TRUE(editor.CanClose(prompter));
@@ -407,8 +408,7 @@ TEST_F(SimEditorsTest, AlarmFormatAndDebounceGoToAllEightInputsAndPoints)
     editor.controls.debounce.text = "5000";
     editor.ResolutionChanging(true, prompter);
     editor.ResolutionChanging(false, prompter);
-    EXPECT_EQ(prompter.texts().back(),
-              "Debounce timer is out of range, it has been set to maximum for seconds: 1638.");
+    EXPECT_EQ(prompter.texts().back(), "Debounce timer is out of range, it has been set to maximum for seconds: 1638.");
     editor.controls.debounce.text = "-0.5";
     EXPECT_FALSE(editor.CanClose(prompter));
     EXPECT_EQ(prompter.texts().back(), "The debounce interval cannot be less than zero sec.");

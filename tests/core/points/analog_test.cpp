@@ -109,10 +109,7 @@ TEST(AnalogRoutines, CheckErrorRefusesInItsOrder)
         CalibField focus;
     };
     const Case cases[] = {
-        {[](Calibration& c) {
-             c.binaryMinimum = "x";
-             c.decimalMaximum = "y";
-         },
+        {[](Calibration& c) { c.binaryMinimum = "x", c.decimalMaximum = "y"; },
          "The Binary Minimum is not a valid number.", CalibField::BinaryMinimum},
         {[](Calibration& c) { c.binaryMaximum = "1-"; }, "The Binary Maximum is not a valid number.",
          CalibField::BinaryMaximum},
@@ -126,10 +123,7 @@ TEST(AnalogRoutines, CheckErrorRefusesInItsOrder)
          CalibField::HighSetpoint},
         {[](Calibration& c) { c.binaryMinimum = "255.5"; }, "The Binary Minimum and Binary Maximum cannot be equal.",
          CalibField::BinaryMinimum},
-        {[](Calibration& c) {
-             c.decimalMinimum = "0.2";
-             c.decimalMaximum = "0.8";
-         },
+        {[](Calibration& c) { c.decimalMinimum = "0.2", c.decimalMaximum = "0.8"; },
          "The Decimal Minimum and Decimal Maximum cannot be equal.", CalibField::DecimalMinimum},
         {[](Calibration& c) { c.highSetpoint = "1000"; },
          "High Setpoint is too large.  It cannot have more digits to the left of the decimal place than the Decimal "
@@ -147,16 +141,9 @@ TEST(AnalogRoutines, CheckErrorRefusesInItsOrder)
          CalibField::HighSetpoint}, // 256 counts
         {[](Calibration& c) { c.binaryMaximum = "256"; }, "Binary Maximum cannot be greater than 255.",
          CalibField::BinaryMaximum},
-        {[](Calibration& c) {
-             c.binaryMaximum = "100";
-             c.binaryMinimum = "200";
-         },
+        {[](Calibration& c) { c.binaryMaximum = "100", c.binaryMinimum = "200"; },
          "Binary Maximum cannot be less than Binary Minimum.", CalibField::BinaryMaximum},
-        {[](Calibration& c) {
-             c.decimalMaximum = "-50";
-             c.lowSetpoint = "-40";
-             c.highSetpoint = "-10";
-         },
+        {[](Calibration& c) { c.decimalMaximum = "-50", c.lowSetpoint = "-40", c.highSetpoint = "-10"; },
          "Decimal Maximum cannot be less than Decimal Minimum.", CalibField::DecimalMaximum},
         {[](Calibration& c) { c.decimalMaximum = "1000.0"; }, "The Decimal Maximum value cannot be greater than 999.9.",
          CalibField::DecimalMaximum},
@@ -165,11 +152,7 @@ TEST(AnalogRoutines, CheckErrorRefusesInItsOrder)
         // More digits than a float holds are still just too large.
         {[](Calibration& c) { c.decimalMaximum = std::string(40, '9'); },
          "The Decimal Maximum value cannot be greater than 999.9.", CalibField::DecimalMaximum},
-        {[](Calibration& c) {
-             c.lowSetpoint = "45";
-             c.highSetpoint = "55";
-             c.hysteresisIndex = 9;
-         },
+        {[](Calibration& c) { c.lowSetpoint = "45", c.highSetpoint = "55", c.hysteresisIndex = 9; },
          "The high alarm reset value will be less than the low setpoint.  Reduce hysteresis or change setpoints.",
          CalibField::Hysteresis},
     };

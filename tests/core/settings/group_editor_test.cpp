@@ -66,6 +66,8 @@ TEST_F(GroupEditorTest, RefusalsWriteNothingAndNameTheirField)
          GroupField::LongTimer},
         {[](GroupControls& c) { c.ackCode = "12345678"; }, "Ack code has too many digits - maximum is 7.",
          GroupField::AckCode},
+        {[](GroupControls& c) { c.interrogateCode = "12345678"; },
+         "Interrogate code has too many digits - maximum is 7.", GroupField::InterrogateCode},
         {[](GroupControls& c) { c.interrogateCode = "1 2"; },
          "Invalid digit found in the Interrogate code, use 0-9, *, #, A, B, C and D only.",
          GroupField::InterrogateCode},
