@@ -58,7 +58,8 @@ TEST(Summary, DirectoriesWithoutLinesPrintEmptyUnderEachDirectory)
 
     // A Basic image has Directories A and B only.
     Database basic = clearedImage(true);
-    EXPECT_EQ(categoryLines(basic, Category::Dirs), (Lines{"Directory A", "    (Empty)", "", "Directory B", "    (Empty)"}));
+    EXPECT_EQ(categoryLines(basic, Category::Dirs),
+              (Lines{"Directory A", "    (Empty)", "", "Directory B", "    (Empty)"}));
 }
 
 TEST(Summary, DirectoryLinesShowLabelsAndDecodedDigits)
@@ -88,6 +89,12 @@ TEST(Summary, TheFiftyFirstLineStartsANewPage)
     for (int i = 1; i <= 50; ++i)
         exact.TestLine("line");
     EXPECT_EQ(exact.lastPage(), 0);
+
+    // An item that fills a page starts a new one rather than being split.
+    PageLayout whole(1);
+    whole.TestLine("line");
+    whole.TestItem(Block(50, "row"));
+    EXPECT_EQ(whole.drawn(), Lines(50, "row"));
 
     // Six full directories: 6 heads, 120 lines and 5 blanks are 131 lines, three pages.
     // Line 51 is the sixth line of Directory C (A takes 1-21, its blank 22, B 23-43, 44, C's head 45).
