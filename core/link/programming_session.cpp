@@ -144,8 +144,10 @@ bool ProgrammingSession::CheckWarnings()
                 return true;
         }
     }
-    if (prompter.ask(question("Do you want to check the Summary for warnings before programming?")) == Answer::Yes &&
-        openSummary) {
+    // Asked only where there is a Summary to show: the command line has none,
+    // and its own `rk4 warnings` lists them.
+    if (openSummary &&
+        prompter.ask(question("Do you want to check the Summary for warnings before programming?")) == Answer::Yes) {
         openSummary();
         if (prompter.ask(question("Do you want to continue with programming?")) != Answer::Yes)
             return true;

@@ -39,7 +39,6 @@ TEST_F(ProgrammingDialogInMain, WritesAndReadsTheSimulatedUnitWhileTheWindowStay
     EXPECT_EQ(combo->itemText(0), "COM 1");
     combo->setCurrentIndex(gui::PgmDialog::kSimulatedUnitIndex);
 
-    prompter.expect("Do you want to check the Summary for warnings before programming?", Answer::No);
     dialog.findChild<QPushButton*>("sendDataButton")->click();
     EXPECT_TRUE(dialog.session().running());
     EXPECT_FALSE(dialog.findChild<QPushButton*>("doneButton")->isEnabled()) << "no closing in the middle";
@@ -82,7 +81,6 @@ TEST(ProgrammingDialog, ChoosingAPortSavesItAndAMissingDeviceIsExplained)
     EXPECT_EQ(readConfigFile(dir / "rk4.cfg")->portIndex(), 2);
     EXPECT_TRUE(dialog.findChild<QLabel*>("portPathLabel")->text().contains("no-such-tty"));
 
-    prompter.expect("Do you want to check the Summary for warnings before programming?", Answer::No);
     dialog.findChild<QPushButton*>("sendDataButton")->click();
     EXPECT_FALSE(dialog.session().running());
     ASSERT_FALSE(prompter.messages().empty());

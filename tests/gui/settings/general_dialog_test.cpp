@@ -1,4 +1,5 @@
 #include "core/database/defaults.h"
+#include "gui/link/pgm_dialog.h"
 #include "tests/support/main_fixture.h"
 
 #include <QComboBox>
@@ -80,7 +81,10 @@ TEST_F(GeneralDialogTest, ProgramsWriteOpensTheEditorOfTheModeWhenTheAccessCodeI
         prompter.expectPrefix("The Access Code has not been entered in the General section.", Answer::Yes)
             .expect("Do you want to continue with programming?", Answer::No);
         QString shown;
+        bool summaryOffered = false;
         whenDialogOpens([&](QDialog* program) {
+            // The Summary question is asked only where the shell can show it.
+            summaryOffered = static_cast<bool>(qobject_cast<PgmDialog*>(program)->session().openSummary);
             whenDialogOpens([&](QDialog* general) {
                 shown = general->objectName();
                 child<QLineEdit>(general, "accessCodeEdit")->setText("4321");
@@ -92,6 +96,7 @@ TEST_F(GeneralDialogTest, ProgramsWriteOpensTheEditorOfTheModeWhenTheAccessCodeI
         action("actionProgram")->trigger();
 
         EXPECT_EQ(shown, editorName);
+        EXPECT_TRUE(summaryOffered);
         EXPECT_EQ(space.image.gen.accessCode, (DtmfCode{'4', '3', '2', '1', 0, 0, 0, 0})) << editorName;
         EXPECT_TRUE(prompter.finished()) << editorName;
     }
